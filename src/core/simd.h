@@ -1,0 +1,73 @@
+// SSE2/SSE3 helpers. Kernels use these rather than raw intrinsics where a helper
+// names the idea (widening, saturating abs-diff, streaming stores), so a build for
+// another instruction set replaces bodies here, not in every family.
+#pragma once
+
+#include <emmintrin.h>
+#include <pmmintrin.h>
+
+#include <cstdint>
+
+#include "own.h"
+
+inline __m128i ownLoad(const void* p) { return _mm_loadu_si128(static_cast<const __m128i*>(p)); }
+inline void ownStore(void* p, __m128i v) { _mm_storeu_si128(static_cast<__m128i*>(p), v); }
+inline __m128i ownLoad64(const void* p) { return _mm_loadl_epi64(static_cast<const __m128i*>(p)); }
+
+// Stores that bypass the cache when `streaming` is set; p must then be 16-byte aligned.
+inline void ownStore(void* p, __m128i v, bool streaming) {
+  if (streaming)
+    _mm_stream_si128(static_cast<__m128i*>(p), v);
+  else
+    _mm_storeu_si128(static_cast<__m128i*>(p), v);
+}
+inline void ownStore(float* p, __m128 v, bool streaming) {
+  if (streaming)
+    _mm_stream_ps(p, v);
+  else
+    _mm_storeu_ps(p, v);
+}
+
+// |a - b| of unsigned lanes, exact: the two saturating differences, one of them zero.
+inline __m128i ownAbsDiffU8(__m128i a, __m128i b) { return _mm_or_si128(_mm_subs_epu8(a, b), _mm_subs_epu8(b, a)); }
+inline __m128i ownAbsDiffU16(__m128i a, __m128i b) {
+  return _mm_or_si128(_mm_subs_epu16(a, b), _mm_subs_epu16(b, a));
+}
+
+// Clears the sign bit of four floats.
+inline __m128 ownAbsPs(__m128 v) { return _mm_and_ps(v, _mm_castsi128_ps(_mm_set1_epi32(0x7fffffff))); }
+
+// Widening: 16 unsigned bytes to four vectors of four floats (exact).
+inline void ownWiden8uTo32f(__m128i v, __m128 out[4]) {
+  const __m128i z = _mm_setzero_si128();
+  const __m128i lo = _mm_unpacklo_epi8(v, z), hi = _mm_unpackhi_epi8(v, z);
+  out[0] = _mm_cvtepi32_ps(_mm_unpacklo_epi16(lo, z));
+  out[1] = _mm_cvtepi32_ps(_mm_unpackhi_epi16(lo, z));
+  out[2] = _mm_cvtepi32_ps(_mm_unpacklo_epi16(hi, z));
+  out[3] = _mm_cvtepi32_ps(_mm_unpackhi_epi16(hi, z));
+}
+// 16 signed bytes: duplicate each byte into a word and shift arithmetically to sign-extend.
+inline void ownWiden8sTo32f(__m128i v, __m128 out[4]) {
+  const __m128i lo = _mm_srai_epi16(_mm_unpacklo_epi8(v, v), 8), hi = _mm_srai_epi16(_mm_unpackhi_epi8(v, v), 8);
+  out[0] = _mm_cvtepi32_ps(_mm_srai_epi32(_mm_unpacklo_epi16(lo, lo), 16));
+  out[1] = _mm_cvtepi32_ps(_mm_srai_epi32(_mm_unpackhi_epi16(lo, lo), 16));
+  out[2] = _mm_cvtepi32_ps(_mm_srai_epi32(_mm_unpacklo_epi16(hi, hi), 16));
+  out[3] = _mm_cvtepi32_ps(_mm_srai_epi32(_mm_unpackhi_epi16(hi, hi), 16));
+}
+// Eight unsigned words to two vectors of four floats (exact: below 2^24).
+inline void ownWiden16uTo32f(__m128i v, __m128 out[2]) {
+  const __m128i z = _mm_setzero_si128();
+  out[0] = _mm_cvtepi32_ps(_mm_unpacklo_epi16(v, z));
+  out[1] = _mm_cvtepi32_ps(_mm_unpackhi_epi16(v, z));
+}
+
+// All-ones lanes where the mask byte is nonzero, widened to 32-bit lanes:
+// 16 mask bytes give four 4-lane selectors.
+inline void ownMaskTo32(__m128i m, __m128 out[4]) {
+  const __m128i sel8 = _mm_xor_si128(_mm_cmpeq_epi8(m, _mm_setzero_si128()), _mm_set1_epi32(-1));
+  const __m128i lo = _mm_unpacklo_epi8(sel8, sel8), hi = _mm_unpackhi_epi8(sel8, sel8);
+  out[0] = _mm_castsi128_ps(_mm_unpacklo_epi16(lo, lo));
+  out[1] = _mm_castsi128_ps(_mm_unpackhi_epi16(lo, lo));
+  out[2] = _mm_castsi128_ps(_mm_unpacklo_epi16(hi, hi));
+  out[3] = _mm_castsi128_ps(_mm_unpackhi_epi16(hi, hi));
+}

@@ -1,0 +1,48 @@
+// Element traits: bytes, limits and the accumulator each type sums into.
+#pragma once
+
+#include <cfloat>
+#include <cstdint>
+
+#include "own.h"
+
+template <class T>
+struct ownTraits;
+
+template <>
+struct ownTraits<vnx8u> {
+  static constexpr int code = vnx8uCode;
+  static constexpr vnx8u lowest = 0, highest = 255;
+  using Sum = std::uint32_t;  // 255 * 2^23 < 2^31: switch to 64 bits from 2^23 pixels
+};
+template <>
+struct ownTraits<vnx8s> {
+  static constexpr int code = vnx8sCode;
+  static constexpr vnx8s lowest = -128, highest = 127;
+  using Sum = std::int64_t;
+};
+template <>
+struct ownTraits<vnx16u> {
+  static constexpr int code = vnx16uCode;
+  static constexpr vnx16u lowest = 0, highest = 65535;
+  using Sum = std::int64_t;
+};
+template <>
+struct ownTraits<vnx16s> {
+  static constexpr vnx16s lowest = -32768, highest = 32767;
+  using Sum = std::int64_t;
+};
+template <>
+struct ownTraits<vnx32f> {
+  static constexpr int code = vnx32fCode;
+  static constexpr vnx32f lowest = -FLT_MAX, highest = FLT_MAX;
+  using Sum = double;
+};
+
+// Saturating conversion of a wider integer to T.
+template <class T, class W>
+inline T ownSaturate(W v) {
+  return v < static_cast<W>(ownTraits<T>::lowest)    ? ownTraits<T>::lowest
+         : v > static_cast<W>(ownTraits<T>::highest) ? ownTraits<T>::highest
+                                                     : static_cast<T>(v);
+}

@@ -1,0 +1,231 @@
+// The call frame, the band split, the parallel runner, partial results and the
+// scratch allocator.
+#include <atomic>
+#include <cstdint>
+#include <vector>
+
+#include "alloc.h"
+#include "check.h"
+#include "parallel.h"
+#include "support.h"
+
+namespace {
+
+TEST(Version, RecordIsConstantAndNamesThisBuild) {
+  const vnxLibraryVersion* v = vnxcvGetLibVersion();
+  ASSERT_NE(v, nullptr);
+  EXPECT_EQ(v, vnxcvGetLibVersion());
+  EXPECT_EQ(v->major, 5);
+  EXPECT_EQ(v->minor, 2);
+  EXPECT_EQ(v->majorBuild, 108);
+  EXPECT_EQ(v->build, 398);
+  EXPECT_EQ(std::memcmp(v->targetCpu, "t7\0\0", 4), 0);
+  EXPECT_STREQ(v->name, "vnxcvt7-5.2.dll");
+  EXPECT_STREQ(v->version, "5.2");
+  EXPECT_STREQ(v->buildDate, "Jul 11 2007");
+}
+
+TEST(Core, ThreadCountBelowOneIsRefusedAndChangesNothing) {
+  vt::Threads guard(3);
+  EXPECT_EQ(vnxSetNumThreads(0), vnxStatusBadArg);
+  EXPECT_EQ(vnxSetNumThreads(-4), vnxStatusBadArg);
+  int n = 0;
+  ASSERT_EQ(vnxGetNumThreads(&n), vnxStatusOk);
+  EXPECT_EQ(n, 3);
+  EXPECT_EQ(threads_omp_of_n_vnx, 3);
+  EXPECT_EQ(vnxSetNumThreads(5), vnxStatusOk);
+  EXPECT_EQ(threads_omp_of_n_vnx, 5);
+}
+
+TEST(Core, QueriesAnswerPlausibly) {
+  EXPECT_EQ(vnxGetNumThreads(nullptr), vnxStatusNullPtr);
+  EXPECT_EQ(vnxGetMaxCacheSizeB(nullptr), vnxStatusNullPtr);
+  int cache = 0;
+  ASSERT_EQ(vnxGetMaxCacheSizeB(&cache), vnxStatusOk);
+  EXPECT_GE(cache, 16 * 1024);
+  EXPECT_GE(vnxGetNumCoresOnDie(), 1);
+}
+
+// ---- check order -----------------------------------------------------------
+
+struct StepCase {
+  const char* what;
+  std::vector<ownStep> steps;
+  vnxStatus expected;
+};
+
+TEST(CheckOrder, RowBytesBeforeMultiplesWithinAGroup) {
+  const int w = 10;
+  const StepCase cases[] = {
+      {"all fine", {ownImg<float>(40, w), ownImg<float>(44, w)}, vnxStatusOk},
+      {"one short", {ownImg<float>(40, w), ownImg<float>(39, w)}, vnxStatusBadStep},
+      {"misaligned then short", {ownImg<float>(42, w), ownImg<float>(36, w)}, vnxStatusBadStep},
+      {"misaligned only", {ownImg<float>(40, w), ownImg<float>(42, w)}, vnxStatusStepNotMultiple},
+      {"negative", {ownImg<float>(-40, w)}, vnxStatusBadStep},
+      {"odd byte step is fine", {ownImg<vnx8u>(11, w), ownImg<float>(40, w)}, vnxStatusOk},
+      {"three channels", {ownImg<vnx16u, 3>(59, w)}, vnxStatusBadStep},
+      {"three channels odd", {ownImg<vnx16u, 3>(61, w)}, vnxStatusStepNotMultiple},
+      {"huge width overflows no int", {ownImg<float>(0x7fffffff, 0x40000000)}, vnxStatusBadStep},
+  };
+  for (const StepCase& c : cases) {
+    vnxStatus st = vnxStatusOk;
+    switch (c.steps.size()) {
+      case 1: st = ownCheckSteps({c.steps[0]}); break;
+      case 2: st = ownCheckSteps({c.steps[0], c.steps[1]}); break;
+    }
+    EXPECT_EQ(st, c.expected) << c.what;
+  }
+}
+
+TEST(CheckOrder, NullPointerWinsOverSizeAndSizeOverSteps) {
+  int a = 0;
+  EXPECT_EQ(ownCheck({&a, nullptr}, {0, 0}, {ownImg<float>(1, 0)}), vnxStatusNullPtr);
+  EXPECT_EQ(ownCheck({&a}, {0, 5}, {ownImg<float>(-1, 0)}), vnxStatusBadSize);
+  EXPECT_EQ(ownCheck({&a}, {5, 0}, {ownImg<float>(-1, 5)}), vnxStatusBadSize);
+  EXPECT_EQ(ownCheck({&a}, {5, 1}, {ownImg<float>(19, 5)}), vnxStatusBadStep);
+  EXPECT_EQ(ownCheck({&a}, {1, 1}, {ownImg<float>(4, 1)}), vnxStatusOk);
+  EXPECT_EQ(ownCheckCoi(0), vnxStatusBadCoi);
+  EXPECT_EQ(ownCheckCoi(4), vnxStatusBadCoi);
+  EXPECT_EQ(ownCheckCoi(3), vnxStatusOk);
+}
+
+// ---- band split and runner -------------------------------------------------
+
+TEST(BandSplit, RemainderRowsGoToLastBand) {
+  const ownBandSplit s{10, 4};
+  const int begin[] = {0, 2, 4, 6}, end[] = {2, 4, 6, 10};
+  for (int b = 0; b < 4; ++b) {
+    EXPECT_EQ(s.begin(b), begin[b]);
+    EXPECT_EQ(s.end(b), end[b]);
+  }
+}
+
+TEST(BandSplit, MoreBandsThanRowsLeavesAllRowsToLastBand) {
+  const ownBandSplit s{3, 5};
+  for (int b = 0; b < 4; ++b) EXPECT_EQ(s.end(b) - s.begin(b), 0);
+  EXPECT_EQ(s.begin(4), 0);
+  EXPECT_EQ(s.end(4), 3);
+}
+
+TEST(BandCount, SerialBelowThreadsTimesCutoff) {
+  vt::Threads guard(4);
+  EXPECT_EQ(ownBandCount({512, 1023}, kOwnCutoff128K, false), 1);
+  EXPECT_EQ(ownBandCount({512, 1024}, kOwnCutoff128K, false), 4);
+  EXPECT_EQ(ownBandCount({512, 511}, kOwnCutoff64K, false), 1);
+  EXPECT_EQ(ownBandCount({512, 512}, kOwnCutoff64K, false), 4);
+  EXPECT_EQ(ownBandCount({512, 1024}, kOwnCutoff128K, true), ownSingleCoreDie() ? 1 : 4);
+}
+
+// Every band runs exactly once with its own rows, whatever team the runtime
+// grants: 40 bands is more than 32 and more than any team here.
+TEST(BandRunner, EveryBandRunsOnceForAnyTeam) {
+  for (int n : {1, 2, 3, 7, 40}) {
+    vt::Threads guard(n);
+    const int height = 97;
+    std::vector<std::atomic<int>> rowsSeen(height);
+    std::vector<std::atomic<int>> bandRuns(n);
+    ownRunBands(ownBandSplit{height, n}, [&](int b, int y0, int y1) {
+      ++bandRuns[b];
+      for (int y = y0; y < y1; ++y) ++rowsSeen[y];
+    });
+    for (int b = 0; b < n; ++b) EXPECT_EQ(bandRuns[b].load(), 1) << "n=" << n << " band " << b;
+    for (int y = 0; y < height; ++y) EXPECT_EQ(rowsSeen[y].load(), 1) << "n=" << n << " row " << y;
+  }
+}
+
+TEST(BandRunner, SmallerTeamThanRequestedStillCoversEveryBand) {
+  vt::Threads guard(6);
+  threads_omp_of_n_vnx = 2;  // the runtime grants a team of two for six bands
+  std::vector<std::atomic<int>> runs(6);
+  ownRunBands(ownBandSplit{60, 6}, [&](int b, int, int) { ++runs[b]; });
+  threads_omp_of_n_vnx = 6;
+  for (int b = 0; b < 6; ++b) EXPECT_EQ(runs[b].load(), 1);
+}
+
+TEST(BandRunner, InsideAParallelRegionRunsOnTheCallingThread) {
+  vt::Threads guard(4);
+  std::vector<int> owner(4, -1);
+  bool inRegion = false;
+#pragma omp parallel num_threads(2)
+  {
+#pragma omp master
+    {
+      inRegion = omp_in_parallel();
+      const int me = omp_get_thread_num();
+      ownRunBands(ownBandSplit{8, 4}, [&](int b, int, int) { owner[b] = omp_get_thread_num() == me ? 1 : 0; });
+    }
+  }
+  if (!inRegion) GTEST_SKIP() << "the runtime gave no active region";
+  for (int b = 0; b < 4; ++b) EXPECT_EQ(owner[b], 1);
+}
+
+// Partials are combined in band order: a non-associative combine shows any other order.
+TEST(Reduce, PartialsCombineInBandOrder) {
+  for (int n : {1, 3, 32, 33, 40}) {
+    vt::Threads guard(n);
+    std::int64_t total = 0;
+    ASSERT_EQ(ownReduceBands<std::int64_t>(
+                  200, n, [](int y0, int y1) { return std::int64_t(y0) * 1000 + y1; },
+                  [](std::int64_t& acc, std::int64_t p) { acc = acc * 31 + p; }, &total),
+              vnxStatusOk);
+    const ownBandSplit s{200, n};
+    std::int64_t expected = std::int64_t(s.begin(0)) * 1000 + s.end(0);
+    for (int b = 1; b < n; ++b) expected = expected * 31 + (std::int64_t(s.begin(b)) * 1000 + s.end(b));
+    EXPECT_EQ(total, expected) << n;
+  }
+}
+
+void* failingAlloc(std::size_t) { return nullptr; }
+
+TEST(Reduce, MoreThan32BandsWithoutMemoryReportsNoMemory) {
+  ownSetHeap(failingAlloc, nullptr);
+  double total = -1;
+  const vnxStatus st = ownReduceBands<double>(
+      100, 33, [](int, int) { return 1.0; }, [](double& a, double b) { a += b; }, &total);
+  const vnxStatus small = ownReduceBands<double>(
+      100, 32, [](int, int) { return 1.0; }, [](double& a, double b) { a += b; }, &total);
+  ownSetHeap(nullptr, nullptr);
+  EXPECT_EQ(st, vnxStatusNoMemory);
+  EXPECT_EQ(small, vnxStatusOk);
+  EXPECT_EQ(total, 32.0);
+}
+
+// ---- scratch allocator -----------------------------------------------------
+
+std::size_t lastRequest = 0;
+void* recordingAlloc(std::size_t n) {
+  lastRequest = n;
+  return std::malloc(n);
+}
+
+TEST(Alloc, BlocksAreAlignedAndSizedAsRequestedPlus36) {
+  ownSetHeap(recordingAlloc, nullptr);
+  struct Case {
+    void* (*fn)(int);
+    int n;
+    std::size_t bytes;
+  } cases[] = {{ownMalloc_8u, 1, 37}, {ownMalloc_8u, 100, 136}, {ownMalloc_16u, 7, 50},
+               {ownMalloc_32, 5, 56}, {ownMalloc_64, 3, 60}};
+  for (const Case& c : cases) {
+    void* p = c.fn(c.n);
+    ASSERT_NE(p, nullptr);
+    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(p) % 32, 0u);
+    EXPECT_EQ(lastRequest, c.bytes);
+    std::memset(p, 0xEE, c.bytes - 36);  // the whole request is usable
+    ownFree(p);
+  }
+  ownSetHeap(nullptr, nullptr);
+}
+
+TEST(Alloc, NonPositiveCountsAndFailuresGiveNull) {
+  EXPECT_EQ(ownMalloc_8u(0), nullptr);
+  EXPECT_EQ(ownMalloc_16u(-1), nullptr);
+  EXPECT_EQ(ownMalloc_32(0), nullptr);
+  EXPECT_EQ(ownMalloc_64(-5), nullptr);
+  ownFree(nullptr);
+  ownSetHeap(failingAlloc, nullptr);
+  EXPECT_EQ(ownMalloc_8u(16), nullptr);
+  ownSetHeap(nullptr, nullptr);
+}
+
+}  // namespace

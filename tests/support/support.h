@@ -1,0 +1,115 @@
+// Test support: guard-page images, canary padding, bit-pattern compares,
+// a thread-count guard and a seeded random source.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstring>
+#include <random>
+#include <vector>
+
+#include "vnxcv.h"
+
+namespace vt {
+
+constexpr unsigned char kCanary = 0xA5;
+
+enum class Guard { After, Before };
+
+// An image of width x height pixels of `channels` samples of T whose row step
+// leaves `padBytes` of padding after each row (filled with a canary). With
+// Guard::After the last ROI byte sits right before an inaccessible page; with
+// Guard::Before the first ROI byte sits right after one. Any read or write
+// outside the rows faults; a write into the padding shows in canaryIntact().
+template <class T>
+class Image {
+ public:
+  Image(int width, int height, int channels = 1, int padBytes = 0, Guard guard = Guard::After);
+  ~Image();
+  Image(const Image&) = delete;
+  Image& operator=(const Image&) = delete;
+
+  T* ptr() const { return roi_; }
+  int step() const { return step_; }
+  int width() const { return width_; }
+  int height() const { return height_; }
+  int channels() const { return channels_; }
+  vnxiSize size() const { return {width_, height_}; }
+  T* row(int y) const { return reinterpret_cast<T*>(reinterpret_cast<char*>(roi_) + std::ptrdiff_t(step_) * y); }
+  T& at(int x, int y, int c = 0) const { return row(y)[x * channels_ + c]; }
+  bool canaryIntact() const;
+  // Fills every sample with f(x, y, c).
+  template <class F>
+  void fill(F f) {
+    for (int y = 0; y < height_; ++y)
+      for (int x = 0; x < width_; ++x)
+        for (int c = 0; c < channels_; ++c) at(x, y, c) = static_cast<T>(f(x, y, c));
+  }
+  // Copies the ROI into a dense vector, row by row.
+  std::vector<T> pixels() const;
+
+ private:
+  int width_, height_, channels_, step_;
+  std::size_t rowBytes_;
+  void* map_ = nullptr;
+  std::size_t mapBytes_ = 0;
+  T* roi_ = nullptr;
+};
+
+// Random samples covering the whole range of T (floats: a spread of magnitudes and signs).
+template <class T>
+T randomSample(std::mt19937& rng);
+
+template <class T>
+void fillRandom(Image<T>& img, std::mt19937& rng) {
+  img.fill([&](int, int, int) { return randomSample<T>(rng); });
+}
+
+inline std::uint32_t bits(float v) {
+  std::uint32_t u;
+  std::memcpy(&u, &v, 4);
+  return u;
+}
+inline std::uint64_t bits(double v) {
+  std::uint64_t u;
+  std::memcpy(&u, &v, 8);
+  return u;
+}
+inline float fromBits(std::uint32_t u) {
+  float v;
+  std::memcpy(&v, &u, 4);
+  return v;
+}
+
+// Sets the library's thread count for a scope and restores it afterwards.
+class Threads {
+ public:
+  explicit Threads(int n);
+  ~Threads();
+
+ private:
+  int saved_;
+};
+
+// Thread counts every parallel operation is tested with.
+inline const std::vector<int>& threadCounts() {
+  static const std::vector<int> counts = {1, 2, 3, 4, 7};
+  return counts;
+}
+
+}  // namespace vt
+
+// Compares two sample sequences; floats by bit pattern.
+#define VT_EXPECT_SAME_SAMPLES(expected, actual)                                                    \
+  do {                                                                                              \
+    const auto& e_ = (expected);                                                                    \
+    const auto& a_ = (actual);                                                                      \
+    ASSERT_EQ(e_.size(), a_.size());                                                                \
+    for (std::size_t i_ = 0; i_ < e_.size(); ++i_)                                                  \
+      if (std::memcmp(&e_[i_], &a_[i_], sizeof e_[i_]) != 0) {                                      \
+        ADD_FAILURE() << "first difference at sample " << i_ << ": expected " << +e_[i_] << ", got " \
+                      << +a_[i_];                                                                   \
+        break;                                                                                      \
+      }                                                                                             \
+  } while (0)
