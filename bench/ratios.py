@@ -1,0 +1,24 @@
+#!/usr/bin/env python3
+"""Reads Google Benchmark JSON and prints, for each case measured by both
+libraries, OpenCV's median time over ours (above 1: we are faster)."""
+import json
+import sys
+
+data = json.load(open(sys.argv[1]))
+med = {}
+for b in data["benchmarks"]:
+    if b.get("aggregate_name") == "median" or b.get("run_type") == "iteration" and "aggregate_name" not in b:
+        name = b["run_name"] if "run_name" in b else b["name"]
+        med.setdefault(name, b["real_time"])
+        if b.get("aggregate_name") == "median":
+            med[name] = b["real_time"]
+rows = []
+for name, t in med.items():
+    if name.startswith("vnx:"):
+        twin = "cv:" + name[4:]
+        if twin in med:
+            rows.append((name[4:], t, med[twin], med[twin] / t))
+width = max([len(r[0]) for r in rows] + [4])
+print(f"{'case':<{width}}  {'vnxcv':>10}  {'opencv':>10}  ratio")
+for case, ours, theirs, ratio in sorted(rows):
+    print(f"{case:<{width}}  {ours:>10.1f}  {theirs:>10.1f}  {ratio:5.2f}x")
