@@ -37,11 +37,17 @@ inline vnxStatus ownCheckRoi(vnxiSize roi) {
 
 // One group: row-byte tests for all, then multiple-of-size tests for all.
 // A negative step is always below its row bytes.
+inline vnxStatus ownCheckSteps(const ownStep* group, int n);
 inline vnxStatus ownCheckSteps(std::initializer_list<ownStep> group) {
-  for (const ownStep& s : group)
-    if (s.step < s.rowBytes) return vnxStatusBadStep;
-  for (const ownStep& s : group)
-    if (s.elemBytes > 1 && s.step % s.elemBytes != 0) return vnxStatusStepNotMultiple;
+  return ownCheckSteps(group.begin(), static_cast<int>(group.size()));
+}
+
+// The same for a group held in an array.
+inline vnxStatus ownCheckSteps(const ownStep* group, int n) {
+  for (int i = 0; i < n; ++i)
+    if (group[i].step < group[i].rowBytes) return vnxStatusBadStep;
+  for (int i = 0; i < n; ++i)
+    if (group[i].elemBytes > 1 && group[i].step % group[i].elemBytes != 0) return vnxStatusStepNotMultiple;
   return vnxStatusOk;
 }
 

@@ -71,3 +71,32 @@ inline void ownMaskTo32(__m128i m, __m128 out[4]) {
   out[2] = _mm_castsi128_ps(_mm_unpacklo_epi16(hi, hi));
   out[3] = _mm_castsi128_ps(_mm_unpackhi_epi16(hi, hi));
 }
+
+// Sixteen samples as four vectors of four floats, for every source type.
+inline void ownLoad16f(const vnx8u* p, __m128 out[4]) { ownWiden8uTo32f(ownLoad(p), out); }
+inline void ownLoad16f(const vnx8s* p, __m128 out[4]) { ownWiden8sTo32f(ownLoad(p), out); }
+inline void ownLoad16f(const vnx16u* p, __m128 out[4]) {
+  ownWiden16uTo32f(ownLoad(p), out);
+  ownWiden16uTo32f(ownLoad(p + 8), out + 2);
+}
+inline void ownLoad16f(const vnx32f* p, __m128 out[4]) {
+  for (int i = 0; i < 4; ++i) out[i] = _mm_loadu_ps(p + 4 * i);
+}
+
+// Selectors (all-ones lanes) of sixteen samples that are nonzero; a float
+// compares unequal to 0.0, so -0.0 is not selected and NaN is.
+inline void ownNonzero16(const vnx8u* p, __m128 out[4]) { ownMaskTo32(ownLoad(p), out); }
+inline void ownNonzero16(const vnx16u* p, __m128 out[4]) {
+  const __m128i z = _mm_setzero_si128(), ones = _mm_set1_epi32(-1);
+  for (int h = 0; h < 2; ++h) {
+    const __m128i sel = _mm_xor_si128(_mm_cmpeq_epi16(ownLoad(p + 8 * h), z), ones);
+    out[2 * h] = _mm_castsi128_ps(_mm_unpacklo_epi16(sel, sel));
+    out[2 * h + 1] = _mm_castsi128_ps(_mm_unpackhi_epi16(sel, sel));
+  }
+}
+inline void ownNonzero16(const vnx32f* p, __m128 out[4]) {
+  for (int i = 0; i < 4; ++i) out[i] = _mm_cmpneq_ps(_mm_loadu_ps(p + 4 * i), _mm_setzero_ps());
+}
+
+// sel ? a : b, lane by lane.
+inline __m128 ownSelect(__m128 sel, __m128 a, __m128 b) { return _mm_or_ps(_mm_and_ps(sel, a), _mm_andnot_ps(sel, b)); }
