@@ -54,11 +54,12 @@ void ownAccRow_sse2(const S* s1, const S* s2, const vnx8u* m, float* acc, int n,
     ownLoad16f(s1 + x, a);
     if constexpr (K == ownAcc::Product) ownLoad16f(s2 + x, b);
     if constexpr (Masked) ownNonzero16(m + x, sel);
-    for (int i = 0; i < 4; ++i) {
-      float* p = acc + x + 4 * i;
-      _mm_storeu_ps(p, ownAccPixel<K, Masked>(_mm_loadu_ps(p), a[i], K == ownAcc::Product ? b[i] : a[i],
-                                              Masked ? sel[i] : a[i], va));
-    }
+    // All loads before the first store: the stores cannot alias what is still to be read.
+    __m128 v[4];
+    for (int i = 0; i < 4; ++i) v[i] = _mm_loadu_ps(acc + x + 4 * i);
+    for (int i = 0; i < 4; ++i)
+      v[i] = ownAccPixel<K, Masked>(v[i], a[i], K == ownAcc::Product ? b[i] : a[i], Masked ? sel[i] : a[i], va);
+    for (int i = 0; i < 4; ++i) _mm_storeu_ps(acc + x + 4 * i, v[i]);
   }
   ownAccRow<K, Masked>(s1, s2, m, acc, x, n, alpha);
 }
