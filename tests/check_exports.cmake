@@ -1,3 +1,4 @@
+cmake_minimum_required(VERSION 3.20)
 # Every function the header declares is exported, and nothing else of ours is.
 execute_process(COMMAND nm -D --defined-only ${VNXCV} OUTPUT_VARIABLE cv RESULT_VARIABLE rc1)
 execute_process(COMMAND nm -D --defined-only ${VNXCORE} OUTPUT_VARIABLE core RESULT_VARIABLE rc2)
@@ -28,7 +29,7 @@ foreach(row IN LISTS coreRows)
   endif()
 endforeach()
 file(READ ${HEADER} header)
-string(REGEX MATCHALL "VNX_API [^(;]+\\(" decls "${header}")
+string(REGEX MATCHALL "\nVNX_API [^(;]+\\(" decls "${header}")
 set(count 0)
 foreach(decl IN LISTS decls)
   string(REGEX REPLACE "^.*[ *]([A-Za-z0-9_]+)\\($" "\\1" name "${decl}")
