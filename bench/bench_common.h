@@ -6,6 +6,8 @@
 #include <benchmark/benchmark.h>
 
 #include <cstdint>
+#include <functional>
+#include <string>
 #include <random>
 #include <vector>
 
@@ -51,6 +53,27 @@ inline void setBytes(benchmark::State& state, std::int64_t bytesPerIteration) {
   state.SetBytesProcessed(state.iterations() * bytesPerIteration);
 }
 
+}  // namespace vb
+
+// Registers one case for both libraries: "vnx:<name>" runs ours, "cv:<name>" the
+// OpenCV twin (when OpenCV is there), each with 1 and 2 threads, reporting
+// bytesPerIteration as throughput. Call it from a static initialiser.
+namespace vb {
+inline bool registerPair(const std::string& name, std::int64_t bytesPerIteration, std::function<void()> ours,
+                         std::function<void()> twin) {
+  auto run = [bytesPerIteration](benchmark::State& st, const std::function<void()>& fn) {
+    setThreads(int(st.range(0)));
+    for (auto _ : st) fn();
+    setBytes(st, bytesPerIteration);
+  };
+  benchmark::RegisterBenchmark(("vnx:" + name).c_str(), run, ours)->Arg(1)->Arg(2)->ArgName("threads")->UseRealTime();
+#ifdef VNX_HAVE_OPENCV
+  benchmark::RegisterBenchmark(("cv:" + name).c_str(), run, twin)->Arg(1)->Arg(2)->ArgName("threads")->UseRealTime();
+#else
+  (void)twin;
+#endif
+  return true;
+}
 }  // namespace vb
 
 // Registers a pair of functions taking (benchmark::State&) with thread counts 1 and 2.
