@@ -49,11 +49,22 @@ void ownAbsDiffRow_sse2(const vnx8u* s1, const vnx8u* s2, vnx8u* d, int n) {
 }
 void ownAbsDiffRow_sse2(const vnx16u* s1, const vnx16u* s2, vnx16u* d, int n) {
   int x = 0;
+  for (; x + 16 <= n; x += 16) {
+    const __m128i r0 = ownAbsDiffU16(ownLoad(s1 + x), ownLoad(s2 + x));
+    const __m128i r1 = ownAbsDiffU16(ownLoad(s1 + x + 8), ownLoad(s2 + x + 8));
+    ownStore(d + x, r0);
+    ownStore(d + x + 8, r1);
+  }
   for (; x + 8 <= n; x += 8) ownStore(d + x, ownAbsDiffU16(ownLoad(s1 + x), ownLoad(s2 + x)));
   ownAbsDiffRow(s1, s2, d, x, n);
 }
 void ownAbsDiffRow_sse2(const vnx32f* s1, const vnx32f* s2, vnx32f* d, int n) {
   int x = 0;
+  for (; x + 16 <= n; x += 16) {
+    __m128 r[4];
+    for (int i = 0; i < 4; ++i) r[i] = ownAbsPs(_mm_sub_ps(_mm_loadu_ps(s1 + x + 4 * i), _mm_loadu_ps(s2 + x + 4 * i)));
+    for (int i = 0; i < 4; ++i) _mm_storeu_ps(d + x + 4 * i, r[i]);
+  }
   for (; x + 4 <= n; x += 4) _mm_storeu_ps(d + x, ownAbsPs(_mm_sub_ps(_mm_loadu_ps(s1 + x), _mm_loadu_ps(s2 + x))));
   ownAbsDiffRow(s1, s2, d, x, n);
 }
