@@ -218,7 +218,306 @@ VNX_API vnxStatus vnxiUpdateMotionHistory_32f_C1IR(const vnx32f* pSilhouette, in
 /* (statistics: means, deviations, extrema, norms) */
 
 /* ---- Linear filters -------------------------------------------------------- */
-/* (filters: row and column pipeline passes, fixed-kernel filters with borders) */
+/* Row and column pipeline passes: the two halves of a separable filter.
+ * Row pass: ppDst[y][x] = sum over i of pKernel[i] * src(x - xAnchor + i, y) for each of
+ * the roiSize.height source rows, per channel for C3R; columns outside the row come from
+ * borderType (0..4), vnxBorderConst taking borderValue (one value for all channels).
+ * Integer sums are exact, then divided by `divisor` rounded to nearest with halves away
+ * from zero (the one rounding rule of every integer division of these filters), then
+ * saturated to 16s. The 32f passes have no divisor; their products are added left to
+ * right (row) or top to bottom (column) in single precision.
+ * Column pass: dst(x, y) = sum over j of pKernel[j] * ppSrc[y + j][x], j = 0 .. kernelSize-1
+ * (tap 0 weighs the top row); ppSrc holds height + kernelSize - 1 row pointers. 16s: exact
+ * sum saturated; 16s8u / 16s8s: exact sum divided by `divisor` (rounded as above),
+ * saturated to 8 bits.
+ * Low members: the sum is formed modulo 2^16 (two's-complement 16-bit lanes), exact
+ * whenever the true sum lies in -32768..32767; the Low row pass then divides as above.
+ * Row pass checks: pSrc, ppDst, pKernel, pBuffer null (-8); height, width, kernelSize
+ * below 1 (-6); xAnchor outside 0..kernelSize-1 (-34); srcStep (-14, then -108 for 16s
+ * and 32f); borderType (-5); divisor 0 (-5); a null one of the height destination row
+ * pointers (-8). Bands of rows in parallel from width * height >= threads * 32768.
+ * Column pass checks: ppSrc, pDst, pKernel null (-8); height, width, kernelSize below 1
+ * (-6); dstStep (-14, -108); pBuffer null (-8); a null one of the first
+ * height + kernelSize - 1 row pointers (-8); 16s8u / 16s8s divisor 0 (-5). Serial.
+ * Size queries (roiSize, kernelSize, result): -8 for a null result, -6 for a size or
+ * kernelSize below 1; they report threads * (32 + 4 * (h + k) + S) with the thread
+ * count read at the query, S by member: row 8u16s 36k+112 (C3R 60k+112), 16s 48k+80
+ * (40k+64), Low_16s 24k+64 (208k+64), 32f 64k+64 (192k+32); column 16s, 16s8u, 16s8s
+ * 12*W4+32 (36*W4+32), Low_16s 12*W8+32 (36*W8+32), Wn = width rounded up to n. The
+ * 32f column query reports 32. */
+VNX_API vnxStatus vnxiFilterRowBorderPipeline_8u16s_C1R(const vnx8u* pSrc, int srcStep, vnx16s** ppDst,
+                                                        vnxiSize roiSize, const vnx16s* pKernel, int kernelSize,
+                                                        int xAnchor, int borderType, vnx8u borderValue, int divisor,
+                                                        vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterRowBorderPipeline_8u16s_C3R(const vnx8u* pSrc, int srcStep, vnx16s** ppDst,
+                                                        vnxiSize roiSize, const vnx16s* pKernel, int kernelSize,
+                                                        int xAnchor, int borderType, vnx8u borderValue, int divisor,
+                                                        vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterRowBorderPipeline_16s_C1R(const vnx16s* pSrc, int srcStep, vnx16s** ppDst,
+                                                      vnxiSize roiSize, const vnx16s* pKernel, int kernelSize,
+                                                      int xAnchor, int borderType, vnx16s borderValue, int divisor,
+                                                      vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterRowBorderPipeline_16s_C3R(const vnx16s* pSrc, int srcStep, vnx16s** ppDst,
+                                                      vnxiSize roiSize, const vnx16s* pKernel, int kernelSize,
+                                                      int xAnchor, int borderType, vnx16s borderValue, int divisor,
+                                                      vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterRowBorderPipeline_Low_16s_C1R(const vnx16s* pSrc, int srcStep, vnx16s** ppDst,
+                                                          vnxiSize roiSize, const vnx16s* pKernel, int kernelSize,
+                                                          int xAnchor, int borderType, vnx16s borderValue,
+                                                          int divisor, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterRowBorderPipeline_Low_16s_C3R(const vnx16s* pSrc, int srcStep, vnx16s** ppDst,
+                                                          vnxiSize roiSize, const vnx16s* pKernel, int kernelSize,
+                                                          int xAnchor, int borderType, vnx16s borderValue,
+                                                          int divisor, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterRowBorderPipeline_32f_C1R(const vnx32f* pSrc, int srcStep, vnx32f** ppDst,
+                                                      vnxiSize roiSize, const vnx32f* pKernel, int kernelSize,
+                                                      int xAnchor, int borderType, vnx32f borderValue,
+                                                      vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterRowBorderPipeline_32f_C3R(const vnx32f* pSrc, int srcStep, vnx32f** ppDst,
+                                                      vnxiSize roiSize, const vnx32f* pKernel, int kernelSize,
+                                                      int xAnchor, int borderType, vnx32f borderValue,
+                                                      vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterColumnPipeline_16s_C1R(const vnx16s* const* ppSrc, vnx16s* pDst, int dstStep,
+                                                   vnxiSize roiSize, const vnx16s* pKernel, int kernelSize,
+                                                   vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterColumnPipeline_16s_C3R(const vnx16s* const* ppSrc, vnx16s* pDst, int dstStep,
+                                                   vnxiSize roiSize, const vnx16s* pKernel, int kernelSize,
+                                                   vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterColumnPipeline_16s8u_C1R(const vnx16s* const* ppSrc, vnx8u* pDst, int dstStep,
+                                                     vnxiSize roiSize, const vnx16s* pKernel, int kernelSize,
+                                                     int divisor, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterColumnPipeline_16s8u_C3R(const vnx16s* const* ppSrc, vnx8u* pDst, int dstStep,
+                                                     vnxiSize roiSize, const vnx16s* pKernel, int kernelSize,
+                                                     int divisor, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterColumnPipeline_16s8s_C1R(const vnx16s* const* ppSrc, vnx8s* pDst, int dstStep,
+                                                     vnxiSize roiSize, const vnx16s* pKernel, int kernelSize,
+                                                     int divisor, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterColumnPipeline_16s8s_C3R(const vnx16s* const* ppSrc, vnx8s* pDst, int dstStep,
+                                                     vnxiSize roiSize, const vnx16s* pKernel, int kernelSize,
+                                                     int divisor, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterColumnPipeline_Low_16s_C1R(const vnx16s* const* ppSrc, vnx16s* pDst, int dstStep,
+                                                       vnxiSize roiSize, const vnx16s* pKernel, int kernelSize,
+                                                       vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterColumnPipeline_Low_16s_C3R(const vnx16s* const* ppSrc, vnx16s* pDst, int dstStep,
+                                                       vnxiSize roiSize, const vnx16s* pKernel, int kernelSize,
+                                                       vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterColumnPipeline_32f_C1R(const vnx32f* const* ppSrc, vnx32f* pDst, int dstStep,
+                                                   vnxiSize roiSize, const vnx32f* pKernel, int kernelSize,
+                                                   vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterColumnPipeline_32f_C3R(const vnx32f* const* ppSrc, vnx32f* pDst, int dstStep,
+                                                   vnxiSize roiSize, const vnx32f* pKernel, int kernelSize,
+                                                   vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterRowBorderPipelineGetBufferSize_8u16s_C1R(vnxiSize roiSize, int kernelSize,
+                                                                     int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterRowBorderPipelineGetBufferSize_8u16s_C3R(vnxiSize roiSize, int kernelSize,
+                                                                     int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterRowBorderPipelineGetBufferSize_16s_C1R(vnxiSize roiSize, int kernelSize,
+                                                                   int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterRowBorderPipelineGetBufferSize_16s_C3R(vnxiSize roiSize, int kernelSize,
+                                                                   int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterRowBorderPipelineGetBufferSize_Low_16s_C1R(vnxiSize roiSize, int kernelSize,
+                                                                       int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterRowBorderPipelineGetBufferSize_Low_16s_C3R(vnxiSize roiSize, int kernelSize,
+                                                                       int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterRowBorderPipelineGetBufferSize_32f_C1R(vnxiSize roiSize, int kernelSize,
+                                                                   int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterRowBorderPipelineGetBufferSize_32f_C3R(vnxiSize roiSize, int kernelSize,
+                                                                   int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterColumnPipelineGetBufferSize_16s_C1R(vnxiSize roiSize, int kernelSize,
+                                                                int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterColumnPipelineGetBufferSize_16s_C3R(vnxiSize roiSize, int kernelSize,
+                                                                int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterColumnPipelineGetBufferSize_16s8u_C1R(vnxiSize roiSize, int kernelSize,
+                                                                  int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterColumnPipelineGetBufferSize_16s8u_C3R(vnxiSize roiSize, int kernelSize,
+                                                                  int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterColumnPipelineGetBufferSize_16s8s_C1R(vnxiSize roiSize, int kernelSize,
+                                                                  int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterColumnPipelineGetBufferSize_16s8s_C3R(vnxiSize roiSize, int kernelSize,
+                                                                  int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterColumnPipelineGetBufferSize_Low_16s_C1R(vnxiSize roiSize, int kernelSize,
+                                                                    int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterColumnPipelineGetBufferSize_Low_16s_C3R(vnxiSize roiSize, int kernelSize,
+                                                                    int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterColumnPipelineGetBufferSize_32f_C1R(vnxiSize roiSize, int kernelSize,
+                                                                int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterColumnPipelineGetBufferSize_32f_C3R(vnxiSize roiSize, int kernelSize,
+                                                                int* pBufferSize) VNX_NOEXCEPT;
+
+/* Fixed-kernel filters with borders, single channel: the weights as they lie over the
+ * image (x rightward, y downward, centre weight on the output pixel):
+ *   SobelHoriz        1 2 1 / 0 0 0 / -1 -2 -1;  5x5: column (1 2 0 -2 -1) x row (1 4 6 4 1)
+ *   SobelVert         -1 0 1 / -2 0 2 / -1 0 1;  5x5: column (1 4 6 4 1) x row (-1 -2 0 2 1)
+ *   SobelNegVert      the negation of SobelVert
+ *   SobelHorizSecond  1 2 1 / -2 -4 -2 / 1 2 1;  5x5: column (1 0 -2 0 1) x row (1 4 6 4 1)
+ *   SobelVertSecond   1 -2 1 / 2 -4 2 / 1 -2 1;  5x5: column (1 4 6 4 1) x row (1 0 -2 0 1)
+ *   SobelCross        -1 0 1 / 0 0 0 / 1 0 -1;   5x5: column (1 2 0 -2 -1) x row (-1 -2 0 2 1)
+ *   ScharrHoriz       3 10 3 / 0 0 0 / -3 -10 -3 (3x3 only)
+ *   ScharrVert        -3 0 3 / -10 0 10 / -3 0 3 (3x3 only)
+ *   Laplacian         SobelHorizSecond + SobelVertSecond of the same size; for 3x3 this is
+ *                     2 0 2 / 0 -8 0 / 2 0 2, i.e. 2 * (1 0 1)^T (1 0 1) minus 8 at the centre
+ *   Lowpass           box of k x k ones divided by k * k
+ * Outside pixels by borderType 0..4 (vnxBorderConst: borderValue); reflections repeat for
+ * an ROI smaller than the reach (Mirror has period 2n-2, a single row or column mirrors to
+ * itself; MirrorR period 2n; Wrap period n). Only pixels inside the source ROI are read.
+ * 8u16s: exact sum (never saturates for these weights). 8u8s: the sum divided by `divisor`
+ * rounded to nearest, halves away from zero, saturated to -128..127; Lowpass 8u: the sum
+ * divided by 9 or 25 by the same rule. 32f: products summed in single precision (rows,
+ * then columns; Laplacian: the two terms added); Lowpass 32f multiplies the sum by
+ * 1.0f / (k * k) rounded to single precision.
+ * Checks: pSrc, pDst, pBuffer null (-8); width, height below 1 (-6); srcStep or dstStep
+ * below the row bytes (-14); 8u16s dstStep odd, 32f steps not multiples of 4 (-108);
+ * borderType outside 0..4 (-5); 8u8s divisor 0 (-5); mask neither 33 nor 55 (-33).
+ * Bands of rows in parallel, one slice of pBuffer each, when threads > 1, the call is not
+ * inside a parallel region, the die has more than one core, threads * 128 <= height
+ * (Laplacian: threads * 32) and width >= 256 (Scharr: any width); serial otherwise.
+ * GetBufferSize (roiSize, mask, result; Scharr without mask): -8, -6, -33 in this order;
+ * reports threads * (S + 32) with S per thread, W16 / W4 the width rounded up to 16 / 4,
+ * R8/R32 the row 8u16s/32f C1R queries and C16/C32 the column 16s/32f C1R queries for k:
+ *   Sobel, Lowpass 8u (8u16s, 8u8s):  2*W16*(2k+15) + 4*(3k+30) + 64 + R8 + C16
+ *   Sobel, Lowpass 32f:               4*W4*(2k+15) + 4*(3k+30) + 64 + R32 + C32
+ *   Scharr 8u16s, 8u8s / 32f:         42*W16 + 220 + R8 + C16  /  84*W4 + 220 + R32 + C32
+ *   Laplacian 8u16s:                  4*W16*(2k+15) + 8*(3k+30) + 96 + R8 + C16
+ *   Laplacian 8u8s:                   the same, plus 2*W16*height + 32 for k = 5
+ *   Laplacian 32f:                    8*W16*(2k+15) + 8*(3k+30) + 96 + R32 + C32
+ * A buffer smaller than the query reports is not detected. */
+VNX_API vnxStatus vnxiFilterSobelHorizBorder_8u16s_C1R(const vnx8u* pSrc, int srcStep, vnx16s* pDst, int dstStep,
+                                                       vnxiSize roiSize, int mask, int borderType, vnx8u borderValue,
+                                                       vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterSobelHorizBorder_8u8s_C1R(const vnx8u* pSrc, int srcStep, vnx8s* pDst, int dstStep,
+                                                      vnxiSize roiSize, int mask, int borderType, vnx8u borderValue,
+                                                      int divisor, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterSobelHorizBorder_32f_C1R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                                     vnxiSize roiSize, int mask, int borderType, vnx32f borderValue,
+                                                     vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterSobelHorizGetBufferSize_8u16s_C1R(vnxiSize roiSize, int mask,
+                                                              int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterSobelHorizGetBufferSize_8u8s_C1R(vnxiSize roiSize, int mask,
+                                                             int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterSobelHorizGetBufferSize_32f_C1R(vnxiSize roiSize, int mask,
+                                                            int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterSobelVertBorder_8u16s_C1R(const vnx8u* pSrc, int srcStep, vnx16s* pDst, int dstStep,
+                                                      vnxiSize roiSize, int mask, int borderType, vnx8u borderValue,
+                                                      vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterSobelVertBorder_8u8s_C1R(const vnx8u* pSrc, int srcStep, vnx8s* pDst, int dstStep,
+                                                     vnxiSize roiSize, int mask, int borderType, vnx8u borderValue,
+                                                     int divisor, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterSobelVertBorder_32f_C1R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                                    vnxiSize roiSize, int mask, int borderType, vnx32f borderValue,
+                                                    vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterSobelVertGetBufferSize_8u16s_C1R(vnxiSize roiSize, int mask,
+                                                             int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterSobelVertGetBufferSize_8u8s_C1R(vnxiSize roiSize, int mask,
+                                                            int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterSobelVertGetBufferSize_32f_C1R(vnxiSize roiSize, int mask, int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterSobelNegVertBorder_8u16s_C1R(const vnx8u* pSrc, int srcStep, vnx16s* pDst, int dstStep,
+                                                         vnxiSize roiSize, int mask, int borderType,
+                                                         vnx8u borderValue, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterSobelNegVertBorder_8u8s_C1R(const vnx8u* pSrc, int srcStep, vnx8s* pDst, int dstStep,
+                                                        vnxiSize roiSize, int mask, int borderType, vnx8u borderValue,
+                                                        int divisor, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterSobelNegVertBorder_32f_C1R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                                       vnxiSize roiSize, int mask, int borderType, vnx32f borderValue,
+                                                       vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterSobelNegVertGetBufferSize_8u16s_C1R(vnxiSize roiSize, int mask,
+                                                                int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterSobelNegVertGetBufferSize_8u8s_C1R(vnxiSize roiSize, int mask,
+                                                               int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterSobelNegVertGetBufferSize_32f_C1R(vnxiSize roiSize, int mask,
+                                                              int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterSobelHorizSecondBorder_8u16s_C1R(const vnx8u* pSrc, int srcStep, vnx16s* pDst,
+                                                             int dstStep, vnxiSize roiSize, int mask, int borderType,
+                                                             vnx8u borderValue, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterSobelHorizSecondBorder_8u8s_C1R(const vnx8u* pSrc, int srcStep, vnx8s* pDst, int dstStep,
+                                                            vnxiSize roiSize, int mask, int borderType,
+                                                            vnx8u borderValue, int divisor,
+                                                            vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterSobelHorizSecondBorder_32f_C1R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                                           vnxiSize roiSize, int mask, int borderType,
+                                                           vnx32f borderValue, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterSobelHorizSecondGetBufferSize_8u16s_C1R(vnxiSize roiSize, int mask,
+                                                                    int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterSobelHorizSecondGetBufferSize_8u8s_C1R(vnxiSize roiSize, int mask,
+                                                                   int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterSobelHorizSecondGetBufferSize_32f_C1R(vnxiSize roiSize, int mask,
+                                                                  int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterSobelVertSecondBorder_8u16s_C1R(const vnx8u* pSrc, int srcStep, vnx16s* pDst, int dstStep,
+                                                            vnxiSize roiSize, int mask, int borderType,
+                                                            vnx8u borderValue, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterSobelVertSecondBorder_8u8s_C1R(const vnx8u* pSrc, int srcStep, vnx8s* pDst, int dstStep,
+                                                           vnxiSize roiSize, int mask, int borderType,
+                                                           vnx8u borderValue, int divisor,
+                                                           vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterSobelVertSecondBorder_32f_C1R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                                          vnxiSize roiSize, int mask, int borderType,
+                                                          vnx32f borderValue, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterSobelVertSecondGetBufferSize_8u16s_C1R(vnxiSize roiSize, int mask,
+                                                                   int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterSobelVertSecondGetBufferSize_8u8s_C1R(vnxiSize roiSize, int mask,
+                                                                  int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterSobelVertSecondGetBufferSize_32f_C1R(vnxiSize roiSize, int mask,
+                                                                 int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterSobelCrossBorder_8u16s_C1R(const vnx8u* pSrc, int srcStep, vnx16s* pDst, int dstStep,
+                                                       vnxiSize roiSize, int mask, int borderType, vnx8u borderValue,
+                                                       vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterSobelCrossBorder_8u8s_C1R(const vnx8u* pSrc, int srcStep, vnx8s* pDst, int dstStep,
+                                                      vnxiSize roiSize, int mask, int borderType, vnx8u borderValue,
+                                                      int divisor, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterSobelCrossBorder_32f_C1R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                                     vnxiSize roiSize, int mask, int borderType, vnx32f borderValue,
+                                                     vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterSobelCrossGetBufferSize_8u16s_C1R(vnxiSize roiSize, int mask,
+                                                              int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterSobelCrossGetBufferSize_8u8s_C1R(vnxiSize roiSize, int mask,
+                                                             int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterSobelCrossGetBufferSize_32f_C1R(vnxiSize roiSize, int mask,
+                                                            int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterLaplacianBorder_8u16s_C1R(const vnx8u* pSrc, int srcStep, vnx16s* pDst, int dstStep,
+                                                      vnxiSize roiSize, int mask, int borderType, vnx8u borderValue,
+                                                      vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterLaplacianBorder_8u8s_C1R(const vnx8u* pSrc, int srcStep, vnx8s* pDst, int dstStep,
+                                                     vnxiSize roiSize, int mask, int borderType, vnx8u borderValue,
+                                                     int divisor, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterLaplacianBorder_32f_C1R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                                    vnxiSize roiSize, int mask, int borderType, vnx32f borderValue,
+                                                    vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterLaplacianGetBufferSize_8u16s_C1R(vnxiSize roiSize, int mask,
+                                                             int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterLaplacianGetBufferSize_8u8s_C1R(vnxiSize roiSize, int mask,
+                                                            int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterLaplacianGetBufferSize_32f_C1R(vnxiSize roiSize, int mask, int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterScharrHorizBorder_8u16s_C1R(const vnx8u* pSrc, int srcStep, vnx16s* pDst, int dstStep,
+                                                        vnxiSize roiSize, int borderType, vnx8u borderValue,
+                                                        vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterScharrHorizBorder_8u8s_C1R(const vnx8u* pSrc, int srcStep, vnx8s* pDst, int dstStep,
+                                                       vnxiSize roiSize, int borderType, vnx8u borderValue,
+                                                       int divisor, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterScharrHorizBorder_32f_C1R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                                      vnxiSize roiSize, int borderType, vnx32f borderValue,
+                                                      vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterScharrHorizGetBufferSize_8u16s_C1R(vnxiSize roiSize, int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterScharrHorizGetBufferSize_8u8s_C1R(vnxiSize roiSize, int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterScharrHorizGetBufferSize_32f_C1R(vnxiSize roiSize, int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterScharrVertBorder_8u16s_C1R(const vnx8u* pSrc, int srcStep, vnx16s* pDst, int dstStep,
+                                                       vnxiSize roiSize, int borderType, vnx8u borderValue,
+                                                       vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterScharrVertBorder_8u8s_C1R(const vnx8u* pSrc, int srcStep, vnx8s* pDst, int dstStep,
+                                                      vnxiSize roiSize, int borderType, vnx8u borderValue,
+                                                      int divisor, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterScharrVertBorder_32f_C1R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                                     vnxiSize roiSize, int borderType, vnx32f borderValue,
+                                                     vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterScharrVertGetBufferSize_8u16s_C1R(vnxiSize roiSize, int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterScharrVertGetBufferSize_8u8s_C1R(vnxiSize roiSize, int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterScharrVertGetBufferSize_32f_C1R(vnxiSize roiSize, int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterLowpassBorder_8u_C1R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep,
+                                                 vnxiSize roiSize, int mask, int borderType, vnx8u borderValue,
+                                                 vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterLowpassGetBufferSize_8u_C1R(vnxiSize roiSize, int mask, int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterLowpassBorder_32f_C1R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                                  vnxiSize roiSize, int mask, int borderType, vnx32f borderValue,
+                                                  vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterLowpassGetBufferSize_32f_C1R(vnxiSize roiSize, int mask, int* pBufferSize) VNX_NOEXCEPT;
 
 /* ---- Sampling along a line -------------------------------------------------
  * Copies the pixels of the digital line from pStart to pEnd (inclusive, in that

@@ -1,5 +1,6 @@
 cmake_minimum_required(VERSION 3.20)
 # Every function the header declares is exported, and nothing else of ours is.
+cmake_policy(SET CMP0057 NEW)  # if(... IN_LIST ...) in script mode
 execute_process(COMMAND nm -D --defined-only ${VNXCV} OUTPUT_VARIABLE cv RESULT_VARIABLE rc1)
 execute_process(COMMAND nm -D --defined-only ${VNXCORE} OUTPUT_VARIABLE core RESULT_VARIABLE rc2)
 if(rc1 OR rc2)

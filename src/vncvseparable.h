@@ -1,0 +1,71 @@
+// Internals of the separable row and column passes, shared with the fixed-kernel
+// filters of vncvnewconvol.cpp and with the kernel tests.
+#pragma once
+
+#include <cstdint>
+
+#include "own.h"
+
+// Index of the pixel that stands for position i of a line of n pixels under a border
+// type other than vnxBorderConst. Reflections repeat for lines shorter than the reach:
+// Mirror has period 2n - 2 (a line of one pixel mirrors to itself), MirrorR period 2n,
+// Wrap period n.
+inline int ownBorderIndex(int i, int n, int border) {
+  if (i >= 0 && i < n) return i;
+  switch (border) {
+    case vnxBorderReplicate:
+      return i < 0 ? 0 : n - 1;
+    case vnxBorderWrap: {
+      const int m = i % n;
+      return m < 0 ? m + n : m;
+    }
+    case vnxBorderMirror: {
+      if (n == 1) return 0;
+      const int p = 2 * n - 2;
+      int m = i % p;
+      if (m < 0) m += p;
+      return m < n ? m : p - m;
+    }
+    default: {  // vnxBorderMirrorR
+      const int p = 2 * n;
+      int m = i % p;
+      if (m < 0) m += p;
+      return m < n ? m : p - 1 - m;
+    }
+  }
+}
+
+// s / d rounded to nearest, halves away from zero: the one rounding rule of every
+// integer division of the linear filters (row pass divisor, 8u8s divisor, box average).
+inline std::int64_t ownDivRound(std::int64_t s, int d) {
+  if (d == 1) return s;
+  const std::int64_t a = s < 0 ? -s : s, b = d < 0 ? -static_cast<std::int64_t>(d) : d;
+  const std::int64_t q = (2 * a + b) / (2 * b);
+  return ((s < 0) != (d < 0)) ? -q : q;
+}
+
+// Row pass of one row of `width` pixels of C interleaved samples:
+// dst[x] = sum over i of kern[i] * src[x - anchor + i], columns outside the row taken
+// by the border type (bval for vnxBorderConst). Integer sums are exact (low: taken
+// modulo 2^16 as a signed 16-bit value), then divided by ownDivRound and saturated.
+void ownRowPass(const vnx8u* src, int width, int C, vnx16s* dst, const vnx16s* kern, int k, int anchor,
+                int border, vnx8u bval, int divisor, bool low);
+void ownRowPass(const vnx16s* src, int width, int C, vnx16s* dst, const vnx16s* kern, int k, int anchor,
+                int border, vnx16s bval, int divisor, bool low);
+// Float: the products are added left to right in single precision.
+void ownRowPass(const vnx32f* src, int width, int C, vnx32f* dst, const vnx32f* kern, int k, int anchor,
+                int border, vnx32f bval, int divisor, bool low);
+
+// Column pass of one row of n samples: sum over j of kern[j] * rows[j][x].
+// Low: the sum modulo 2^16 (exact whenever it fits 16 bits).
+void ownColumnLow(const vnx16s* const* rows, const vnx16s* kern, int k, vnx16s* dst, int n);
+// Exact sum, saturated; for 8u/8s divided by ownDivRound first.
+void ownColumn(const vnx16s* const* rows, const vnx16s* kern, int k, vnx16s* dst, int n, int divisor);
+void ownColumn(const vnx16s* const* rows, const vnx16s* kern, int k, vnx8u* dst, int n, int divisor);
+void ownColumn(const vnx16s* const* rows, const vnx16s* kern, int k, vnx8s* dst, int n, int divisor);
+// Float: the products are added top to bottom in single precision.
+void ownColumn(const vnx32f* const* rows, const vnx32f* kern, int k, vnx32f* dst, int n, int divisor);
+
+// Rounded division of 16-bit sums, saturated to the destination (ownDivRound).
+void ownDivRow(const vnx16s* s, int divisor, vnx8u* dst, int n);
+void ownDivRow(const vnx16s* s, int divisor, vnx8s* dst, int n);
