@@ -7,9 +7,14 @@
 #include <string>
 #include <type_traits>
 
+#include "filter_reference.h"
 #include "support.h"
 
 namespace {
+
+using vt::clampTo;
+using vt::refIndex;
+using vt::roundDiv;
 
 enum class Member { SobelHoriz, SobelVert, SobelNegVert, SobelHorizSecond, SobelVertSecond, SobelCross, Laplacian,
                     ScharrHoriz, ScharrVert, Lowpass };
@@ -50,26 +55,6 @@ std::vector<int> weights(Member m, int k) {
   }
 }
 
-// Position of the pixel that stands for i on a line of n, by repeated reflection.
-int refIndex(int i, int n, int border) {
-  switch (border) {
-    case vnxBorderReplicate: return std::min(std::max(i, 0), n - 1);
-    case vnxBorderWrap: return ((i % n) + n) % n;
-    case vnxBorderMirror:
-      if (n == 1) return 0;
-      while (i < 0 || i >= n) i = i < 0 ? -i : 2 * (n - 1) - i;
-      return i;
-    default:
-      while (i < 0 || i >= n) i = i < 0 ? -i - 1 : 2 * n - 1 - i;
-      return i;
-  }
-}
-
-long long roundDiv(long long s, long long d) {  // to nearest, halves away from zero
-  const long long a = std::llabs(s), b = std::llabs(d), q = (2 * a + b) / (2 * b);
-  return (s < 0) != (d < 0) ? -q : q;
-}
-long long clampTo(long long v, long long lo, long long hi) { return std::min(std::max(v, lo), hi); }
 
 struct Params {
   int mask, border, divisor;

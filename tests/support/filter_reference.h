@@ -1,0 +1,34 @@
+// Reference pieces of the linear-filter tests, written from the contract: the pixel
+// that stands for a position beyond a line, and the rounded division.
+#pragma once
+
+#include <algorithm>
+#include <cstdlib>
+
+#include "vnxcv.h"
+
+namespace vt {
+
+// Position of the pixel that stands for i on a line of n, by repeated reflection.
+inline int refIndex(int i, int n, int border) {
+  switch (border) {
+    case vnxBorderReplicate: return std::min(std::max(i, 0), n - 1);
+    case vnxBorderWrap: return ((i % n) + n) % n;
+    case vnxBorderMirror:
+      if (n == 1) return 0;
+      while (i < 0 || i >= n) i = i < 0 ? -i : 2 * (n - 1) - i;
+      return i;
+    default:
+      while (i < 0 || i >= n) i = i < 0 ? -i - 1 : 2 * n - 1 - i;
+      return i;
+  }
+}
+
+// s / d to nearest, halves away from zero.
+inline long long roundDiv(long long s, long long d) {
+  const long long a = std::llabs(s), b = std::llabs(d), q = (2 * a + b) / (2 * b);
+  return (s < 0) != (d < 0) ? -q : q;
+}
+inline long long clampTo(long long v, long long lo, long long hi) { return std::min(std::max(v, lo), hi); }
+
+}  // namespace vt
