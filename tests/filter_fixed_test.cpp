@@ -314,8 +314,9 @@ TEST(FixedFilters, QueryChecksResultPointerThenSizeThenMask) {
     EXPECT_EQ(e.q({0, 0}, 3, nullptr), vnxStatusNullPtr) << e.name;
     EXPECT_EQ(e.q({0, 5}, 3, &v), vnxStatusBadSize) << e.name;
     EXPECT_EQ(e.q({5, 0}, 33, &v), vnxStatusBadSize) << e.name;
-    if (e.m != Member::ScharrHoriz && e.m != Member::ScharrVert)
+    if (e.m != Member::ScharrHoriz && e.m != Member::ScharrVert) {
       EXPECT_EQ(e.q({5, 5}, 3, &v), vnxStatusBadMaskSize) << e.name;
+    }
   }
   int v = 0;
   EXPECT_EQ(vnxiFilterLowpassGetBufferSize_32f_C1R({5, 5}, 3, &v), vnxStatusBadMaskSize);

@@ -291,7 +291,9 @@ TEST(RowPipeline, StatusesInTheirOrder) {
                                                   c.divisor, c.buf),
               c.expected)
         << c.what;
-    if (c.expected != vnxStatusOk) EXPECT_EQ(dst.at(0, 0), 9) << c.what;
+    if (c.expected != vnxStatusOk) {
+      EXPECT_EQ(dst.at(0, 0), 9) << c.what;
+    }
   }
   vt::Image<vnx8u> src8(8, 3, 1, 16);
   EXPECT_EQ(vnxiFilterRowBorderPipeline_8u16s_C1R(src8.ptr(), 8, rows, {8, 3}, kern, 3, 3, 1, 0, 1, buf),
