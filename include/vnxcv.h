@@ -214,8 +214,284 @@ VNX_API vnxStatus vnxiUpdateMotionHistory_32f_C1IR(const vnx32f* pSilhouette, in
                                                    int mhiStep, vnxiSize roiSize, vnx32f timestamp,
                                                    vnx32f duration) VNX_NOEXCEPT;
 
-/* ---- Image statistics ------------------------------------------------------ */
-/* (statistics: means, deviations, extrema, norms) */
+/* ---- Image statistics ------------------------------------------------------
+ * One channel of the ROI (C1), or channel of interest coi = 1..3 of a three-sample
+ * pixel (C3C); masked forms (M) count only pixels whose mask byte is nonzero.
+ * Checks: pointers, ROI, source and mask steps against their row bytes, the source
+ * step's multiple of the element size, then coi (-52). The masked norms test the
+ * source steps fully (row bytes, then multiple) before the mask step.
+ * Large ROIs run in row bands, partial results combined in band order, so repeated
+ * calls with one thread count give the same bits. Integer sums (8u, 8s, 16u: sums,
+ * sums of squares, counts) are exact in 64 bits, whatever the pixel count, so their
+ * results do not depend on the thread count; 32f sums are kept in double precision.
+ * A band partial for more than 32 bands comes from the scratch allocator: if it
+ * cannot be had the call returns -9 and writes nothing. */
+
+/* Mean of the selected samples; 0.0 when none is selected. Serial below threads x 131072 pixels. */
+VNX_API vnxStatus vnxiMean_8u_C1MR(const vnx8u* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                   vnx64f* pMean) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMean_8u_C3CMR(const vnx8u* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize, int coi,
+                                    vnx64f* pMean) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMean_8s_C1MR(const vnx8s* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                   vnx64f* pMean) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMean_8s_C3CMR(const vnx8s* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize, int coi,
+                                    vnx64f* pMean) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMean_16u_C1MR(const vnx16u* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                    vnx64f* pMean) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMean_16u_C3CMR(const vnx16u* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize, int coi,
+                                     vnx64f* pMean) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMean_32f_C1MR(const vnx32f* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                    vnx64f* pMean) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMean_32f_C3CMR(const vnx32f* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize, int coi,
+                                     vnx64f* pMean) VNX_NOEXCEPT;
+/* Mean and population deviation sqrt(|Q/n - mean^2|); with n = 0 both are 0.0. Either result
+ * pointer may be null. Unmasked forms: serial below threads x 65536 pixels or on a single-core
+ * die; masked forms: below threads x 131072 pixels. 32f: when 0.05 mean^2 > deviation^2 a second
+ * pass sums (x - m)^2 around the mean rounded to single precision (only if pStdDev is not null).
+ * Serial 32f kernels (they differ only in the order of the additions): C1R below 5001 pixels
+ * the short one, from 100000 pixels or with a source not 4-byte aligned or step / 4 not a
+ * multiple of 4 the general one, else the aligned one; C3CR below 5000 pixels short, aligned
+ * with a 16-byte aligned source and step / 4 a multiple of 4, else general. Masked 32f forms
+ * and every band use the general kernel. */
+VNX_API vnxStatus vnxiMean_StdDev_8u_C1R(const vnx8u* pSrc, int srcStep, vnxiSize roiSize, vnx64f* pMean, vnx64f* pStdDev) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMean_StdDev_8u_C3CR(const vnx8u* pSrc, int srcStep, vnxiSize roiSize, int coi, vnx64f* pMean,
+                                          vnx64f* pStdDev) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMean_StdDev_8u_C1MR(const vnx8u* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                          vnx64f* pMean, vnx64f* pStdDev) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMean_StdDev_8u_C3CMR(const vnx8u* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                           int coi, vnx64f* pMean, vnx64f* pStdDev) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMean_StdDev_8s_C1R(const vnx8s* pSrc, int srcStep, vnxiSize roiSize, vnx64f* pMean, vnx64f* pStdDev) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMean_StdDev_8s_C3CR(const vnx8s* pSrc, int srcStep, vnxiSize roiSize, int coi, vnx64f* pMean,
+                                          vnx64f* pStdDev) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMean_StdDev_8s_C1MR(const vnx8s* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                          vnx64f* pMean, vnx64f* pStdDev) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMean_StdDev_8s_C3CMR(const vnx8s* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                           int coi, vnx64f* pMean, vnx64f* pStdDev) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMean_StdDev_16u_C1R(const vnx16u* pSrc, int srcStep, vnxiSize roiSize, vnx64f* pMean, vnx64f* pStdDev) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMean_StdDev_16u_C3CR(const vnx16u* pSrc, int srcStep, vnxiSize roiSize, int coi, vnx64f* pMean,
+                                           vnx64f* pStdDev) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMean_StdDev_16u_C1MR(const vnx16u* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                           vnx64f* pMean, vnx64f* pStdDev) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMean_StdDev_16u_C3CMR(const vnx16u* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                            int coi, vnx64f* pMean, vnx64f* pStdDev) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMean_StdDev_32f_C1R(const vnx32f* pSrc, int srcStep, vnxiSize roiSize, vnx64f* pMean, vnx64f* pStdDev) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMean_StdDev_32f_C3CR(const vnx32f* pSrc, int srcStep, vnxiSize roiSize, int coi, vnx64f* pMean,
+                                           vnx64f* pStdDev) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMean_StdDev_32f_C1MR(const vnx32f* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                           vnx64f* pMean, vnx64f* pStdDev) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMean_StdDev_32f_C3CMR(const vnx32f* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                            int coi, vnx64f* pMean, vnx64f* pStdDev) VNX_NOEXCEPT;
+/* Smallest and largest sample (as 32f) and the first location of each in raster order. The
+ * four result pointers are required and not checked. Serial below 16384 pixels, else one band
+ * a thread; a later band wins a tie for neither. With no pixel selected: 0, 0, (0, 0), (0, 0).
+ * 32f NaN samples are skipped. The column search that follows the row scan reports x = 0 when
+ * the row holds no selected sample equal to the extreme (only possible when the extreme
+ * equals its start value, the type's greatest or least value, and row 0 has no selected
+ * sample of it). */
+VNX_API vnxStatus vnxiMinMaxIndx_8u_C1R(const vnx8u* pSrc, int srcStep, vnxiSize roiSize, vnx32f* pMinVal, vnx32f* pMaxVal,
+                                        vnxiPoint* pMinIndex, vnxiPoint* pMaxIndex) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMinMaxIndx_8u_C3CR(const vnx8u* pSrc, int srcStep, vnxiSize roiSize, int coi, vnx32f* pMinVal,
+                                         vnx32f* pMaxVal, vnxiPoint* pMinIndex, vnxiPoint* pMaxIndex) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMinMaxIndx_8u_C1MR(const vnx8u* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                         vnx32f* pMinVal, vnx32f* pMaxVal, vnxiPoint* pMinIndex,
+                                         vnxiPoint* pMaxIndex) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMinMaxIndx_8u_C3CMR(const vnx8u* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                          int coi, vnx32f* pMinVal, vnx32f* pMaxVal, vnxiPoint* pMinIndex,
+                                          vnxiPoint* pMaxIndex) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMinMaxIndx_8s_C1R(const vnx8s* pSrc, int srcStep, vnxiSize roiSize, vnx32f* pMinVal, vnx32f* pMaxVal,
+                                        vnxiPoint* pMinIndex, vnxiPoint* pMaxIndex) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMinMaxIndx_8s_C3CR(const vnx8s* pSrc, int srcStep, vnxiSize roiSize, int coi, vnx32f* pMinVal,
+                                         vnx32f* pMaxVal, vnxiPoint* pMinIndex, vnxiPoint* pMaxIndex) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMinMaxIndx_8s_C1MR(const vnx8s* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                         vnx32f* pMinVal, vnx32f* pMaxVal, vnxiPoint* pMinIndex,
+                                         vnxiPoint* pMaxIndex) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMinMaxIndx_8s_C3CMR(const vnx8s* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                          int coi, vnx32f* pMinVal, vnx32f* pMaxVal, vnxiPoint* pMinIndex,
+                                          vnxiPoint* pMaxIndex) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMinMaxIndx_16u_C1R(const vnx16u* pSrc, int srcStep, vnxiSize roiSize, vnx32f* pMinVal, vnx32f* pMaxVal,
+                                         vnxiPoint* pMinIndex, vnxiPoint* pMaxIndex) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMinMaxIndx_16u_C3CR(const vnx16u* pSrc, int srcStep, vnxiSize roiSize, int coi, vnx32f* pMinVal,
+                                          vnx32f* pMaxVal, vnxiPoint* pMinIndex, vnxiPoint* pMaxIndex) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMinMaxIndx_16u_C1MR(const vnx16u* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                          vnx32f* pMinVal, vnx32f* pMaxVal, vnxiPoint* pMinIndex,
+                                          vnxiPoint* pMaxIndex) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMinMaxIndx_16u_C3CMR(const vnx16u* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                           int coi, vnx32f* pMinVal, vnx32f* pMaxVal, vnxiPoint* pMinIndex,
+                                           vnxiPoint* pMaxIndex) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMinMaxIndx_32f_C1R(const vnx32f* pSrc, int srcStep, vnxiSize roiSize, vnx32f* pMinVal, vnx32f* pMaxVal,
+                                         vnxiPoint* pMinIndex, vnxiPoint* pMaxIndex) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMinMaxIndx_32f_C3CR(const vnx32f* pSrc, int srcStep, vnxiSize roiSize, int coi, vnx32f* pMinVal,
+                                          vnx32f* pMaxVal, vnxiPoint* pMinIndex, vnxiPoint* pMaxIndex) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMinMaxIndx_32f_C1MR(const vnx32f* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                          vnx32f* pMinVal, vnx32f* pMaxVal, vnxiPoint* pMinIndex,
+                                          vnxiPoint* pMaxIndex) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMinMaxIndx_32f_C3CMR(const vnx32f* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                           int coi, vnx32f* pMinVal, vnx32f* pMaxVal, vnxiPoint* pMinIndex,
+                                           vnxiPoint* pMaxIndex) VNX_NOEXCEPT;
+/* Masked norms: Inf = max |s|, L1 = sum |s|, L2 = sqrt(sum s^2) of the sample s (Norm), of
+ * d = s1 - s2 (NormDiff, 32f: d rounded to single precision), or Rel = norm of d over norm of
+ * s2 (L2: one square root of the ratio of the sums). An empty mask gives 0.0 for Norm and
+ * NormDiff. Rel with a zero denominator returns the warning 6 and writes +inf (numerator > 0),
+ * -inf (numerator < 0) or the quiet NaN with the sign bit set (numerator 0). 32f NaN samples
+ * are skipped by the Inf norms and propagate through L1 and L2. Every norm is serial below
+ * threads x 131072 pixels or on a single-core die; NormRel_L1_8u_C1MR is always serial and
+ * keeps both sums in 32-bit signed integers, which wrap above 2147483647. */
+VNX_API vnxStatus vnxiNorm_Inf_8u_C1MR(const vnx8u* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                       vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNorm_Inf_8u_C3CMR(const vnx8u* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                        int coi, vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNorm_Inf_8s_C1MR(const vnx8s* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                       vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNorm_Inf_8s_C3CMR(const vnx8s* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                        int coi, vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNorm_Inf_16u_C1MR(const vnx16u* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                        vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNorm_Inf_16u_C3CMR(const vnx16u* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                         int coi, vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNorm_Inf_32f_C1MR(const vnx32f* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                        vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNorm_Inf_32f_C3CMR(const vnx32f* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                         int coi, vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormDiff_Inf_8u_C1MR(const vnx8u* pSrc1, int src1Step, const vnx8u* pSrc2, int src2Step, const vnx8u* pMask,
+                                           int maskStep, vnxiSize roiSize, vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormDiff_Inf_8u_C3CMR(const vnx8u* pSrc1, int src1Step, const vnx8u* pSrc2, int src2Step, const vnx8u* pMask,
+                                            int maskStep, vnxiSize roiSize, int coi, vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormDiff_Inf_8s_C1MR(const vnx8s* pSrc1, int src1Step, const vnx8s* pSrc2, int src2Step, const vnx8u* pMask,
+                                           int maskStep, vnxiSize roiSize, vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormDiff_Inf_8s_C3CMR(const vnx8s* pSrc1, int src1Step, const vnx8s* pSrc2, int src2Step, const vnx8u* pMask,
+                                            int maskStep, vnxiSize roiSize, int coi, vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormDiff_Inf_16u_C1MR(const vnx16u* pSrc1, int src1Step, const vnx16u* pSrc2, int src2Step,
+                                            const vnx8u* pMask, int maskStep, vnxiSize roiSize, vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormDiff_Inf_16u_C3CMR(const vnx16u* pSrc1, int src1Step, const vnx16u* pSrc2, int src2Step,
+                                             const vnx8u* pMask, int maskStep, vnxiSize roiSize, int coi,
+                                             vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormDiff_Inf_32f_C1MR(const vnx32f* pSrc1, int src1Step, const vnx32f* pSrc2, int src2Step,
+                                            const vnx8u* pMask, int maskStep, vnxiSize roiSize, vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormDiff_Inf_32f_C3CMR(const vnx32f* pSrc1, int src1Step, const vnx32f* pSrc2, int src2Step,
+                                             const vnx8u* pMask, int maskStep, vnxiSize roiSize, int coi,
+                                             vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormRel_Inf_8u_C1MR(const vnx8u* pSrc1, int src1Step, const vnx8u* pSrc2, int src2Step, const vnx8u* pMask,
+                                          int maskStep, vnxiSize roiSize, vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormRel_Inf_8u_C3CMR(const vnx8u* pSrc1, int src1Step, const vnx8u* pSrc2, int src2Step, const vnx8u* pMask,
+                                           int maskStep, vnxiSize roiSize, int coi, vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormRel_Inf_8s_C1MR(const vnx8s* pSrc1, int src1Step, const vnx8s* pSrc2, int src2Step, const vnx8u* pMask,
+                                          int maskStep, vnxiSize roiSize, vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormRel_Inf_8s_C3CMR(const vnx8s* pSrc1, int src1Step, const vnx8s* pSrc2, int src2Step, const vnx8u* pMask,
+                                           int maskStep, vnxiSize roiSize, int coi, vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormRel_Inf_16u_C1MR(const vnx16u* pSrc1, int src1Step, const vnx16u* pSrc2, int src2Step,
+                                           const vnx8u* pMask, int maskStep, vnxiSize roiSize, vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormRel_Inf_16u_C3CMR(const vnx16u* pSrc1, int src1Step, const vnx16u* pSrc2, int src2Step,
+                                            const vnx8u* pMask, int maskStep, vnxiSize roiSize, int coi,
+                                            vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormRel_Inf_32f_C1MR(const vnx32f* pSrc1, int src1Step, const vnx32f* pSrc2, int src2Step,
+                                           const vnx8u* pMask, int maskStep, vnxiSize roiSize, vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormRel_Inf_32f_C3CMR(const vnx32f* pSrc1, int src1Step, const vnx32f* pSrc2, int src2Step,
+                                            const vnx8u* pMask, int maskStep, vnxiSize roiSize, int coi,
+                                            vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNorm_L1_8u_C1MR(const vnx8u* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                      vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNorm_L1_8u_C3CMR(const vnx8u* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize, int coi,
+                                       vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNorm_L1_8s_C1MR(const vnx8s* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                      vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNorm_L1_8s_C3CMR(const vnx8s* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize, int coi,
+                                       vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNorm_L1_16u_C1MR(const vnx16u* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                       vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNorm_L1_16u_C3CMR(const vnx16u* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                        int coi, vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNorm_L1_32f_C1MR(const vnx32f* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                       vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNorm_L1_32f_C3CMR(const vnx32f* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                        int coi, vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormDiff_L1_8u_C1MR(const vnx8u* pSrc1, int src1Step, const vnx8u* pSrc2, int src2Step, const vnx8u* pMask,
+                                          int maskStep, vnxiSize roiSize, vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormDiff_L1_8u_C3CMR(const vnx8u* pSrc1, int src1Step, const vnx8u* pSrc2, int src2Step, const vnx8u* pMask,
+                                           int maskStep, vnxiSize roiSize, int coi, vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormDiff_L1_8s_C1MR(const vnx8s* pSrc1, int src1Step, const vnx8s* pSrc2, int src2Step, const vnx8u* pMask,
+                                          int maskStep, vnxiSize roiSize, vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormDiff_L1_8s_C3CMR(const vnx8s* pSrc1, int src1Step, const vnx8s* pSrc2, int src2Step, const vnx8u* pMask,
+                                           int maskStep, vnxiSize roiSize, int coi, vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormDiff_L1_16u_C1MR(const vnx16u* pSrc1, int src1Step, const vnx16u* pSrc2, int src2Step,
+                                           const vnx8u* pMask, int maskStep, vnxiSize roiSize, vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormDiff_L1_16u_C3CMR(const vnx16u* pSrc1, int src1Step, const vnx16u* pSrc2, int src2Step,
+                                            const vnx8u* pMask, int maskStep, vnxiSize roiSize, int coi,
+                                            vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormDiff_L1_32f_C1MR(const vnx32f* pSrc1, int src1Step, const vnx32f* pSrc2, int src2Step,
+                                           const vnx8u* pMask, int maskStep, vnxiSize roiSize, vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormDiff_L1_32f_C3CMR(const vnx32f* pSrc1, int src1Step, const vnx32f* pSrc2, int src2Step,
+                                            const vnx8u* pMask, int maskStep, vnxiSize roiSize, int coi,
+                                            vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormRel_L1_8u_C1MR(const vnx8u* pSrc1, int src1Step, const vnx8u* pSrc2, int src2Step, const vnx8u* pMask,
+                                         int maskStep, vnxiSize roiSize, vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormRel_L1_8u_C3CMR(const vnx8u* pSrc1, int src1Step, const vnx8u* pSrc2, int src2Step, const vnx8u* pMask,
+                                          int maskStep, vnxiSize roiSize, int coi, vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormRel_L1_8s_C1MR(const vnx8s* pSrc1, int src1Step, const vnx8s* pSrc2, int src2Step, const vnx8u* pMask,
+                                         int maskStep, vnxiSize roiSize, vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormRel_L1_8s_C3CMR(const vnx8s* pSrc1, int src1Step, const vnx8s* pSrc2, int src2Step, const vnx8u* pMask,
+                                          int maskStep, vnxiSize roiSize, int coi, vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormRel_L1_16u_C1MR(const vnx16u* pSrc1, int src1Step, const vnx16u* pSrc2, int src2Step, const vnx8u* pMask,
+                                          int maskStep, vnxiSize roiSize, vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormRel_L1_16u_C3CMR(const vnx16u* pSrc1, int src1Step, const vnx16u* pSrc2, int src2Step,
+                                           const vnx8u* pMask, int maskStep, vnxiSize roiSize, int coi,
+                                           vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormRel_L1_32f_C1MR(const vnx32f* pSrc1, int src1Step, const vnx32f* pSrc2, int src2Step, const vnx8u* pMask,
+                                          int maskStep, vnxiSize roiSize, vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormRel_L1_32f_C3CMR(const vnx32f* pSrc1, int src1Step, const vnx32f* pSrc2, int src2Step,
+                                           const vnx8u* pMask, int maskStep, vnxiSize roiSize, int coi,
+                                           vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNorm_L2_8u_C1MR(const vnx8u* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                      vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNorm_L2_8u_C3CMR(const vnx8u* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize, int coi,
+                                       vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNorm_L2_8s_C1MR(const vnx8s* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                      vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNorm_L2_8s_C3CMR(const vnx8s* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize, int coi,
+                                       vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNorm_L2_16u_C1MR(const vnx16u* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                       vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNorm_L2_16u_C3CMR(const vnx16u* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                        int coi, vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNorm_L2_32f_C1MR(const vnx32f* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                       vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNorm_L2_32f_C3CMR(const vnx32f* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                        int coi, vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormDiff_L2_8u_C1MR(const vnx8u* pSrc1, int src1Step, const vnx8u* pSrc2, int src2Step, const vnx8u* pMask,
+                                          int maskStep, vnxiSize roiSize, vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormDiff_L2_8u_C3CMR(const vnx8u* pSrc1, int src1Step, const vnx8u* pSrc2, int src2Step, const vnx8u* pMask,
+                                           int maskStep, vnxiSize roiSize, int coi, vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormDiff_L2_8s_C1MR(const vnx8s* pSrc1, int src1Step, const vnx8s* pSrc2, int src2Step, const vnx8u* pMask,
+                                          int maskStep, vnxiSize roiSize, vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormDiff_L2_8s_C3CMR(const vnx8s* pSrc1, int src1Step, const vnx8s* pSrc2, int src2Step, const vnx8u* pMask,
+                                           int maskStep, vnxiSize roiSize, int coi, vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormDiff_L2_16u_C1MR(const vnx16u* pSrc1, int src1Step, const vnx16u* pSrc2, int src2Step,
+                                           const vnx8u* pMask, int maskStep, vnxiSize roiSize, vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormDiff_L2_16u_C3CMR(const vnx16u* pSrc1, int src1Step, const vnx16u* pSrc2, int src2Step,
+                                            const vnx8u* pMask, int maskStep, vnxiSize roiSize, int coi,
+                                            vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormDiff_L2_32f_C1MR(const vnx32f* pSrc1, int src1Step, const vnx32f* pSrc2, int src2Step,
+                                           const vnx8u* pMask, int maskStep, vnxiSize roiSize, vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormDiff_L2_32f_C3CMR(const vnx32f* pSrc1, int src1Step, const vnx32f* pSrc2, int src2Step,
+                                            const vnx8u* pMask, int maskStep, vnxiSize roiSize, int coi,
+                                            vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormRel_L2_8u_C1MR(const vnx8u* pSrc1, int src1Step, const vnx8u* pSrc2, int src2Step, const vnx8u* pMask,
+                                         int maskStep, vnxiSize roiSize, vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormRel_L2_8u_C3CMR(const vnx8u* pSrc1, int src1Step, const vnx8u* pSrc2, int src2Step, const vnx8u* pMask,
+                                          int maskStep, vnxiSize roiSize, int coi, vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormRel_L2_8s_C1MR(const vnx8s* pSrc1, int src1Step, const vnx8s* pSrc2, int src2Step, const vnx8u* pMask,
+                                         int maskStep, vnxiSize roiSize, vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormRel_L2_8s_C3CMR(const vnx8s* pSrc1, int src1Step, const vnx8s* pSrc2, int src2Step, const vnx8u* pMask,
+                                          int maskStep, vnxiSize roiSize, int coi, vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormRel_L2_16u_C1MR(const vnx16u* pSrc1, int src1Step, const vnx16u* pSrc2, int src2Step, const vnx8u* pMask,
+                                          int maskStep, vnxiSize roiSize, vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormRel_L2_16u_C3CMR(const vnx16u* pSrc1, int src1Step, const vnx16u* pSrc2, int src2Step,
+                                           const vnx8u* pMask, int maskStep, vnxiSize roiSize, int coi,
+                                           vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormRel_L2_32f_C1MR(const vnx32f* pSrc1, int src1Step, const vnx32f* pSrc2, int src2Step, const vnx8u* pMask,
+                                          int maskStep, vnxiSize roiSize, vnx64f* pNorm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiNormRel_L2_32f_C3CMR(const vnx32f* pSrc1, int src1Step, const vnx32f* pSrc2, int src2Step,
+                                           const vnx8u* pMask, int maskStep, vnxiSize roiSize, int coi,
+                                           vnx64f* pNorm) VNX_NOEXCEPT;
 
 /* ---- Linear filters -------------------------------------------------------- */
 /* Row and column pipeline passes: the two halves of a separable filter.

@@ -60,5 +60,12 @@ inline vnxStatus ownCheck(std::initializer_list<const void*> ptrs, vnxiSize roi,
   return ownCheckSteps(steps);
 }
 
+// The masked norms: the source steps against row bytes and then their multiples,
+// and only then the mask step against its width.
+inline vnxStatus ownCheckSourcesThenMask(std::initializer_list<ownStep> sources, ownStep mask) {
+  if (vnxStatus st = ownCheckSteps(sources)) return st;
+  return ownCheckSteps({mask});
+}
+
 // Channel of interest of the C3C forms.
 inline vnxStatus ownCheckCoi(int coi) { return (coi < 1 || coi > 3) ? vnxStatusBadCoi : vnxStatusOk; }

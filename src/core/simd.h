@@ -100,3 +100,29 @@ inline void ownNonzero16(const vnx32f* p, __m128 out[4]) {
 
 // sel ? a : b, lane by lane.
 inline __m128 ownSelect(__m128 sel, __m128 a, __m128 b) { return _mm_or_ps(_mm_and_ps(sel, a), _mm_andnot_ps(sel, b)); }
+
+// All-ones lanes where the mask byte is nonzero: 16 mask bytes as one 8-bit
+// selector, or as two 8-lane 16-bit selectors.
+inline __m128i ownMaskTo8(__m128i m) {
+  return _mm_xor_si128(_mm_cmpeq_epi8(m, _mm_setzero_si128()), _mm_set1_epi32(-1));
+}
+inline void ownMaskTo16(__m128i m, __m128i out[2]) {
+  const __m128i sel8 = ownMaskTo8(m);
+  out[0] = _mm_unpacklo_epi8(sel8, sel8);
+  out[1] = _mm_unpackhi_epi8(sel8, sel8);
+}
+
+// (a0 + a1) + (b0 + b1): four double lanes of a running sum, in a fixed order.
+inline double ownHorizontalSum(__m128d a, __m128d b) {
+  const __m128d ab = _mm_add_pd(_mm_unpacklo_pd(a, b), _mm_unpackhi_pd(a, b));  // a0 + a1, b0 + b1
+  return _mm_cvtsd_f64(_mm_add_sd(ab, _mm_unpackhi_pd(ab, ab)));
+}
+// Largest and smallest of four floats (no NaN lanes expected).
+inline float ownHorizontalMax(__m128 v) {
+  v = _mm_max_ps(v, _mm_movehl_ps(v, v));
+  return _mm_cvtss_f32(_mm_max_ss(v, _mm_shuffle_ps(v, v, 1)));
+}
+inline float ownHorizontalMin(__m128 v) {
+  v = _mm_min_ps(v, _mm_movehl_ps(v, v));
+  return _mm_cvtss_f32(_mm_min_ss(v, _mm_shuffle_ps(v, v, 1)));
+}

@@ -1,0 +1,322 @@
+// Means and standard deviations against a reference written from the contract:
+// S = sum x, Q = sum x^2 over the selected samples, mean = S / n,
+// deviation = sqrt(|Q / n - mean^2|); 32f makes a second pass around the mean
+// rounded to single precision when 0.05 mean^2 > deviation^2.
+#include <cmath>
+
+#include "stats_support.h"
+#include "vncvstats.h"
+
+namespace {
+
+using st::Ty;
+
+struct Member {
+  const char* name;
+  Ty ty;
+  int channels;
+  bool masked;
+  bool stdDev;  // vnxiMean_StdDev_* (else vnxiMean_*)
+  std::function<vnxStatus(const void*, int, const vnx8u*, int, vnxiSize, int, double*, double*)> call;
+};
+
+template <class T>
+Member adapt(const char* n, vnxStatus (*f)(const T*, int, const vnx8u*, int, vnxiSize, vnx64f*)) {
+  return {n,
+          st::tyOf<T>(),
+          1,
+          true,
+          false,
+          [f](const void* s, int ss, const vnx8u* m, int ms, vnxiSize r, int, double* a, double*) {
+            return f(static_cast<const T*>(s), ss, m, ms, r, a);
+          }};
+}
+template <class T>
+Member adapt(const char* n, vnxStatus (*f)(const T*, int, const vnx8u*, int, vnxiSize, int, vnx64f*)) {
+  return {n,
+          st::tyOf<T>(),
+          3,
+          true,
+          false,
+          [f](const void* s, int ss, const vnx8u* m, int ms, vnxiSize r, int c, double* a, double*) {
+            return f(static_cast<const T*>(s), ss, m, ms, r, c, a);
+          }};
+}
+template <class T>
+Member adapt(const char* n, vnxStatus (*f)(const T*, int, vnxiSize, vnx64f*, vnx64f*)) {
+  return {n,
+          st::tyOf<T>(),
+          1,
+          false,
+          true,
+          [f](const void* s, int ss, const vnx8u*, int, vnxiSize r, int, double* a, double* b) {
+            return f(static_cast<const T*>(s), ss, r, a, b);
+          }};
+}
+template <class T>
+Member adapt(const char* n, vnxStatus (*f)(const T*, int, vnxiSize, int, vnx64f*, vnx64f*)) {
+  return {n,
+          st::tyOf<T>(),
+          3,
+          false,
+          true,
+          [f](const void* s, int ss, const vnx8u*, int, vnxiSize r, int c, double* a, double* b) {
+            return f(static_cast<const T*>(s), ss, r, c, a, b);
+          }};
+}
+template <class T>
+Member adapt(const char* n, vnxStatus (*f)(const T*, int, const vnx8u*, int, vnxiSize, vnx64f*, vnx64f*)) {
+  return {n,
+          st::tyOf<T>(),
+          1,
+          true,
+          true,
+          [f](const void* s, int ss, const vnx8u* m, int ms, vnxiSize r, int, double* a, double* b) {
+            return f(static_cast<const T*>(s), ss, m, ms, r, a, b);
+          }};
+}
+template <class T>
+Member adapt(const char* n, vnxStatus (*f)(const T*, int, const vnx8u*, int, vnxiSize, int, vnx64f*, vnx64f*)) {
+  return {n,
+          st::tyOf<T>(),
+          3,
+          true,
+          true,
+          [f](const void* s, int ss, const vnx8u* m, int ms, vnxiSize r, int c, double* a, double* b) {
+            return f(static_cast<const T*>(s), ss, m, ms, r, c, a, b);
+          }};
+}
+#define MEMBER(fn) adapt(#fn, fn)
+
+const std::vector<Member>& members() {
+  static const std::vector<Member> m = {
+      MEMBER(vnxiMean_8u_C1MR),         MEMBER(vnxiMean_8u_C3CMR),         MEMBER(vnxiMean_8s_C1MR),
+      MEMBER(vnxiMean_8s_C3CMR),        MEMBER(vnxiMean_16u_C1MR),         MEMBER(vnxiMean_16u_C3CMR),
+      MEMBER(vnxiMean_32f_C1MR),        MEMBER(vnxiMean_32f_C3CMR),        MEMBER(vnxiMean_StdDev_8u_C1R),
+      MEMBER(vnxiMean_StdDev_8u_C3CR),  MEMBER(vnxiMean_StdDev_8u_C1MR),   MEMBER(vnxiMean_StdDev_8u_C3CMR),
+      MEMBER(vnxiMean_StdDev_8s_C1R),   MEMBER(vnxiMean_StdDev_8s_C3CR),   MEMBER(vnxiMean_StdDev_8s_C1MR),
+      MEMBER(vnxiMean_StdDev_8s_C3CMR), MEMBER(vnxiMean_StdDev_16u_C1R),   MEMBER(vnxiMean_StdDev_16u_C3CR),
+      MEMBER(vnxiMean_StdDev_16u_C1MR), MEMBER(vnxiMean_StdDev_16u_C3CMR), MEMBER(vnxiMean_StdDev_32f_C1R),
+      MEMBER(vnxiMean_StdDev_32f_C3CR), MEMBER(vnxiMean_StdDev_32f_C1MR),  MEMBER(vnxiMean_StdDev_32f_C3CMR),
+  };
+  return m;
+}
+
+int elemBytes(Ty t) { return t == Ty::U8 || t == Ty::S8 ? 1 : t == Ty::U16 ? 2 : 4; }
+
+// The contract's formulas; integer sums exact, 32f sums in long double.
+struct Expected {
+  double mean, sd;
+};
+Expected reference(const Member& m, const st::AnyImage& img, const st::Mask* mask, vnxiSize r, int coi) {
+  long double s = 0, q = 0;
+  std::int64_t n = 0;
+  std::vector<double> picked;
+  for (int y = 0; y < r.height; ++y)
+    for (int x = 0; x < r.width; ++x)
+      if (!mask || mask->on(x, y)) {
+        const double v = img.at(x, y, m.channels == 3 ? coi - 1 : 0);
+        picked.push_back(v);
+        s += v;
+        q += static_cast<long double>(v) * v;
+        ++n;
+      }
+  if (!n) return {0.0, 0.0};
+  const double dn = double(n);
+  const double mean = double(s) / dn;
+  double sd = std::sqrt(std::fabs(double(q) / dn - mean * mean));
+  if (m.ty == Ty::F32 && 0.05 * mean * mean > sd * sd) {
+    const double mf = static_cast<float>(mean);
+    long double d = 0;
+    for (double v : picked) d += (static_cast<long double>(v) - mf) * (static_cast<long double>(v) - mf);
+    sd = std::sqrt(double(d) / dn);
+  }
+  return {mean, sd};
+}
+
+void expectMatches(const Member& m, const st::AnyImage& img, const st::Mask* mask, vnxiSize r, int coi,
+                   const std::string& what) {
+  double mean = -7, sd = -7;
+  ASSERT_EQ(m.call(img.ptr, img.step, mask ? mask->ptr() : nullptr, mask ? mask->step() : 0, r, coi, &mean,
+                   m.stdDev ? &sd : nullptr),
+            vnxStatusOk)
+      << what;
+  const Expected e = reference(m, img, mask, r, coi);
+  if (m.ty == Ty::F32) {
+    // the reference sums exactly enough; the library's order of additions is its own
+    double scale = 0;
+    for (int y = 0; y < r.height; ++y)
+      for (int x = 0; x < r.width; ++x) scale = std::max(scale, std::fabs(img.at(x, y, m.channels == 3 ? coi - 1 : 0)));
+    EXPECT_NEAR(mean, e.mean, scale * 1e-12) << what;
+    if (m.stdDev) EXPECT_NEAR(sd, e.sd, scale * 1e-6 + 1e-300) << what;
+  } else {
+    EXPECT_EQ(vt::bits(mean), vt::bits(e.mean)) << what << " mean " << mean << " vs " << e.mean;
+    if (m.stdDev) EXPECT_EQ(vt::bits(sd), vt::bits(e.sd)) << what << " sd " << sd << " vs " << e.sd;
+  }
+}
+
+TEST(MeanStdDev, EveryMemberMatchesTheFormulasOnAwkwardSizes) {
+  std::mt19937 rng(11);
+  for (const Member& m : members())
+    for (vnxiSize r : st::awkwardSizes())
+      for (vt::Guard g : {vt::Guard::After, vt::Guard::Before}) {
+        const st::AnyImage img = st::randomImage(m.ty, r.width, r.height, m.channels, rng, g);
+        for (st::MaskKind mk : {st::MaskKind::Empty, st::MaskKind::Full, st::MaskKind::Random}) {
+          if (!m.masked && mk != st::MaskKind::Full) continue;
+          const st::Mask mask = st::makeMask(mk, r.width, r.height, rng, g);
+          for (int coi = 1; coi <= m.channels; ++coi)
+            expectMatches(m, img, m.masked ? &mask : nullptr, r, coi,
+                          std::string(m.name) + " " + std::to_string(r.width) + "x" + std::to_string(r.height) +
+                              " mask " + std::to_string(int(mk)) + " coi " + std::to_string(coi));
+        }
+      }
+}
+
+// Sizes on both sides of the serial cut-offs (2 threads: 131072 and 262144 pixels)
+// and of the 32f kernel thresholds (5000/5001 and 100000 pixels).
+TEST(MeanStdDev, BothSidesOfCutoffsAndKernelThresholds) {
+  vt::Threads threads(2);
+  std::mt19937 rng(12);
+  const vnxiSize sizes[] = {{100, 50},  {5001, 1},  {4999, 1},  {1000, 5},  {100, 1000}, {1000, 99},
+                            {512, 255}, {512, 256}, {512, 511}, {512, 512}, {1023, 257}};
+  for (const Member& m : members())
+    for (vnxiSize r : sizes) {
+      const st::AnyImage img = st::randomImage(m.ty, r.width, r.height, m.channels, rng);
+      const st::Mask mask = st::makeMask(st::MaskKind::Random, r.width, r.height, rng);
+      expectMatches(m, img, m.masked ? &mask : nullptr, r, m.channels == 3 ? 2 : 1,
+                    std::string(m.name) + " " + std::to_string(r.width) + "x" + std::to_string(r.height));
+    }
+}
+
+TEST(MeanStdDev, Float32KernelChoiceFollowsThresholds) {
+  alignas(16) static float buf[8];
+  const void* a16 = buf;
+  const void* a4 = buf + 1;
+  const void* odd = reinterpret_cast<const char*>(buf) + 2;
+  struct Case {
+    vnxiSize r;
+    const void* p;
+    int step, channels;
+    ownSum32fKernel expected;
+  } cases[] = {
+      {{5000, 1}, a16, 20000, 1, ownSum32fKernel::Short},       {{5001, 1}, a4, 20016, 1, ownSum32fKernel::Aligned},
+      {{5001, 1}, a4, 20008, 1, ownSum32fKernel::General},      {{5001, 1}, odd, 20016, 1, ownSum32fKernel::General},
+      {{99999, 1}, a16, 400000, 1, ownSum32fKernel::Aligned},   {{100000, 1}, a16, 400000, 1, ownSum32fKernel::General},
+      {{4999, 1}, a16, 60000, 3, ownSum32fKernel::Short},       {{5000, 1}, a16, 60000, 3, ownSum32fKernel::Aligned},
+      {{5000, 1}, a4, 60000, 3, ownSum32fKernel::General},      {{5000, 1}, a16, 60004, 3, ownSum32fKernel::General},
+      {{500000, 1}, a16, 6000000, 3, ownSum32fKernel::Aligned},
+  };
+  for (const Case& c : cases)
+    EXPECT_EQ(int(ownPickSum32fKernel(c.r, c.p, c.step, c.channels)), int(c.expected))
+        << c.r.width << " ch " << c.channels;
+}
+
+TEST(MeanStdDev, ContractExamples) {
+  const vnx8u two[2] = {0, 255};
+  double mean = 0, sd = 0;
+  ASSERT_EQ(vnxiMean_StdDev_8u_C1R(two, 2, {2, 1}, &mean, &sd), vnxStatusOk);
+  EXPECT_EQ(mean, 127.5);
+  EXPECT_EQ(sd, 127.5);
+
+  // a constant 32f image: the one-pass deviation triggers the second pass, which sums zeros
+  for (vnxiSize r : {vnxiSize{7, 3}, vnxiSize{300, 300}}) {
+    std::vector<float> flat(std::size_t(r.width) * r.height, 1000.5f);
+    sd = -1;
+    ASSERT_EQ(vnxiMean_StdDev_32f_C1R(flat.data(), r.width * 4, r, &mean, &sd), vnxStatusOk);
+    EXPECT_EQ(mean, 1000.5);
+    EXPECT_EQ(vt::bits(sd), vt::bits(0.0));
+  }
+  EXPECT_EQ(vnxiMean_StdDev_32f_C1R(reinterpret_cast<const float*>(two), 4, {1, 1}, nullptr, nullptr), vnxStatusOk);
+
+  const vnx8u zeros[4] = {};
+  mean = sd = -1;
+  EXPECT_EQ(vnxiMean_StdDev_8u_C1MR(two, 2, zeros, 2, {2, 1}, &mean, &sd), vnxStatusOk);
+  EXPECT_EQ(vt::bits(mean), vt::bits(0.0));
+  EXPECT_EQ(vt::bits(sd), vt::bits(0.0));
+}
+
+// Integer results are exact: the same bits for every band count, more than 32 bands too.
+// 32f results are the same bits on repeated runs with one thread count.
+TEST(MeanStdDev, BandsDoNotChangeIntegerResultsAndRunsRepeat) {
+  std::mt19937 rng(13);
+  for (const Member& m : members()) {
+    // 5.2 million pixels give 40 bands to any member; the others get 2 to 7 bands
+    const vnxiSize r = m.ty == Ty::U8 && m.channels == 1 ? vnxiSize{64, 82000} : vnxiSize{600, 1000};
+    const st::AnyImage img = st::randomImage(m.ty, r.width, r.height, m.channels, rng);
+    const st::Mask mask = st::makeMask(st::MaskKind::Random, r.width, r.height, rng);
+    std::vector<std::pair<double, double>> got;
+    for (int n : {1, 2, 3, 7, 40}) {
+      vt::Threads threads(n);
+      for (int rep = 0; rep < 2; ++rep) {
+        double a = 0, b = 0;
+        ASSERT_EQ(m.call(img.ptr, img.step, mask.ptr(), mask.step(), r, 3, &a, &b), vnxStatusOk);
+        got.push_back({a, b});
+      }
+      EXPECT_EQ(vt::bits(got[got.size() - 2].first), vt::bits(got.back().first)) << m.name << " n=" << n;
+      EXPECT_EQ(vt::bits(got[got.size() - 2].second), vt::bits(got.back().second)) << m.name << " n=" << n;
+    }
+    if (m.ty != Ty::F32)
+      for (auto& g : got) {
+        EXPECT_EQ(vt::bits(g.first), vt::bits(got[0].first)) << m.name;
+        EXPECT_EQ(vt::bits(g.second), vt::bits(got[0].second)) << m.name;
+      }
+  }
+}
+
+// Statuses in their order; nothing is written on an error.
+TEST(MeanStdDev, StatusesInOrderForEveryMember) {
+  std::mt19937 rng(14);
+  for (const Member& m : members()) {
+    const int eb = elemBytes(m.ty), w = 5, rowBytes = w * m.channels * eb;
+    const st::AnyImage img = st::randomImage(m.ty, w, 3, m.channels, rng);
+    const st::Mask mask = st::makeMask(st::MaskKind::Full, w, 3, rng);
+    const vnx8u* mp = mask.ptr();
+    struct Case {
+      const char* what;
+      const void* src;
+      int srcStep;
+      const vnx8u* mask;
+      int maskStep;
+      vnxiSize r;
+      int coi;
+      bool nullMean;
+      vnxStatus expected;
+    };
+    const bool wide = eb > 1;
+    std::vector<Case> cases = {
+        {"null source, zero width", nullptr, rowBytes, mp, w, {0, 3}, 1, false, vnxStatusNullPtr},
+        {"zero width", img.ptr, rowBytes, mp, w, {0, 3}, 1, false, vnxStatusBadSize},
+        {"zero height, bad step", img.ptr, -1, mp, w, {w, 0}, 1, false, vnxStatusBadSize},
+        {"short source step", img.ptr, rowBytes - 1, mp, w, {w, 3}, 0, false, vnxStatusBadStep},
+        {"negative step", img.ptr, -rowBytes, mp, w, {w, 3}, 1, false, vnxStatusBadStep},
+        {"bad coi", img.ptr, rowBytes, mp, w, {w, 3}, 0, false, m.channels == 3 ? vnxStatusBadCoi : vnxStatusOk},
+        {"coi 4", img.ptr, rowBytes, mp, w, {w, 3}, 4, false, m.channels == 3 ? vnxStatusBadCoi : vnxStatusOk},
+        {"step not a multiple, bad coi",
+         img.ptr,
+         rowBytes + 1,
+         mp,
+         w,
+         {w, 3},
+         0,
+         false,
+         wide              ? vnxStatusStepNotMultiple
+         : m.channels == 3 ? vnxStatusBadCoi
+                           : vnxStatusOk},
+    };
+    if (m.masked) {
+      cases.push_back({"null mask", img.ptr, rowBytes, nullptr, w, {w, 3}, 1, false, vnxStatusNullPtr});
+      cases.push_back({"short mask step", img.ptr, rowBytes, mp, w - 1, {w, 3}, 1, false, vnxStatusBadStep});
+      cases.push_back(
+          {"short mask step, misaligned source", img.ptr, rowBytes + 1, mp, w - 1, {w, 3}, 1, false, vnxStatusBadStep});
+    }
+    if (!m.stdDev) cases.push_back({"null mean", img.ptr, rowBytes, mp, w, {w, 3}, 1, true, vnxStatusNullPtr});
+    for (const Case& c : cases) {
+      double mean = -7, sd = -7;
+      const vnxStatus s = m.call(c.src, c.srcStep, c.mask, c.maskStep, c.r, c.coi, c.nullMean ? nullptr : &mean, &sd);
+      EXPECT_EQ(s, c.expected) << m.name << ": " << c.what;
+      if (s < 0) EXPECT_TRUE(mean == -7 && sd == -7) << m.name << ": " << c.what;
+    }
+  }
+}
+
+}  // namespace
