@@ -237,12 +237,13 @@ struct ownIntSums {
 };
 enum { kOwnSum = 1, kOwnSq = 2 };
 
-// Reference and tail: samples x0 .. n - 1.
-template <int What, class Src>
-void ownSumsRow(const Src& src, const vnx8u* sel, int x0, int n, ownIntSums& acc) {
+// Reference and tail: samples x0 .. n - 1, one sum after the other (for 32f also
+// the short-image kernel).
+template <int What, class Src, class Sums>
+void ownSumsRow(const Src& src, const vnx8u* sel, int x0, int n, Sums& acc) {
   for (int x = x0; x < n; ++x)
     if (!sel || sel[x]) {
-      const std::uint64_t v = src.at(x);
+      const decltype(acc.sum) v = src.at(x);
       if (What & kOwnSum) acc.sum += v;
       if (What & kOwnSq) acc.sq += v * v;
     }
@@ -272,9 +273,9 @@ void ownSumsRow_sse2(const Src& src, const vnx8u* sel, int n, ownIntSums& acc) {
   ownSumsRow<What>(src, sel, x, n, acc);
 }
 
-// Largest selected lane value, at least m.
-template <class Src>
-unsigned ownMaxRow(const Src& src, const vnx8u* sel, int x0, int n, unsigned m) {
+// Largest selected value, at least m (32f: NaN samples are skipped).
+template <class Src, class V>
+V ownMaxRow(const Src& src, const vnx8u* sel, int x0, int n, V m) {
   for (int x = x0; x < n; ++x)
     if ((!sel || sel[x]) && src.at(x) > m) m = src.at(x);
   return m;
@@ -296,12 +297,12 @@ unsigned ownMaxRow_sse2(const Src& src, const vnx8u* sel, int n, unsigned m) {
   return ownMaxRow(src, sel, x, n, std::max(m, L::hmax(a)));
 }
 
-// Smallest and largest selected lane values; mn, mx are updated.
-template <class Src>
-void ownMinMaxRow(const Src& src, const vnx8u* sel, int x0, int n, unsigned& mn, unsigned& mx) {
+// Smallest and largest selected values; mn, mx are updated (32f: NaN samples are skipped).
+template <class Src, class V>
+void ownMinMaxRow(const Src& src, const vnx8u* sel, int x0, int n, V& mn, V& mx) {
   for (int x = x0; x < n; ++x)
     if (!sel || sel[x]) {
-      const unsigned v = src.at(x);
+      const V v = src.at(x);
       if (v < mn) mn = v;
       if (v > mx) mx = v;
     }
@@ -372,16 +373,6 @@ struct ownFltSums {
   double sum, sq;
 };
 
-// Reference, tail and short-image kernel: one double sum, sample after sample.
-template <int What, class Src>
-void ownSumsRow(const Src& src, const vnx8u* sel, int x0, int n, ownFltSums& acc) {
-  for (int x = x0; x < n; ++x)
-    if (!sel || sel[x]) {
-      const double v = src.at(x);
-      if (What & kOwnSum) acc.sum += v;
-      if (What & kOwnSq) acc.sq += v * v;
-    }
-}
 // Four double lanes (samples x, x + 1, x + 2, x + 3 modulo 4), added as
 // (lane 0 + lane 1) + (lane 2 + lane 3) at the end of the run, then the tail.
 // An aligned source first takes single samples up to a 16-byte boundary.
@@ -443,13 +434,6 @@ void ownDevRow_sse2(const Src& src, const vnx8u* sel, int n, double m, double& a
   ownDevRow(src, sel, x, n, m, acc);
 }
 
-// Largest selected value of a non-negative source (NaN samples are skipped).
-template <class Src>
-float ownMaxRow(const Src& src, const vnx8u* sel, int x0, int n, float m) {
-  for (int x = x0; x < n; ++x)
-    if ((!sel || sel[x]) && src.at(x) > m) m = src.at(x);
-  return m;
-}
 template <class Src>
 float ownMaxRow_sse2(const Src& src, const vnx8u* sel, int n, float m) {
   __m128 a = _mm_setzero_ps();
@@ -465,16 +449,6 @@ float ownMaxRow_sse2(const Src& src, const vnx8u* sel, int n, float m) {
   return ownMaxRow(src, sel, x, n, std::max(m, ownHorizontalMax(a)));
 }
 
-// Smallest and largest selected values (NaN samples are skipped).
-template <class Src>
-void ownMinMaxRow(const Src& src, const vnx8u* sel, int x0, int n, float& mn, float& mx) {
-  for (int x = x0; x < n; ++x)
-    if (!sel || sel[x]) {
-      const float v = src.at(x);
-      if (v < mn) mn = v;
-      if (v > mx) mx = v;
-    }
-}
 template <class Src>
 void ownMinMaxRow_sse2(const Src& src, const vnx8u* sel, int n, float& mn, float& mx) {
   const __m128 top = _mm_set1_ps(FLT_MAX), bottom = _mm_set1_ps(-FLT_MAX);

@@ -1,0 +1,282 @@
+// Masked norms against sums written from the contract: Inf = max |v|,
+// L1 = sum |v|, L2 = sqrt(sum v^2) of v = s (Norm) or v = s1 - s2 (NormDiff),
+// and the relative norm of the difference over the norm of s2.
+#include <cmath>
+#include <cstring>
+#include <limits>
+
+#include "stats_support.h"
+
+namespace {
+
+using st::Ty;
+
+struct Member {
+  std::string name;
+  Ty ty;
+  int channels;
+  int sources;  // 1: Norm, 2: NormDiff or NormRel
+  bool rel;
+  char kind;  // 'I', '1', '2'
+  std::function<vnxStatus(const void*, int, const void*, int, const vnx8u*, int, vnxiSize, int, double*)> call;
+};
+
+Member describe(const char* n, Ty ty, int channels, int sources) {
+  const std::string s(n);
+  const char kind = s.find("_Inf_") != std::string::npos ? 'I' : s.find("_L1_") != std::string::npos ? '1' : '2';
+  return {s, ty, channels, sources, s.find("NormRel") != std::string::npos, kind, nullptr};
+}
+template <class T>
+Member adapt(const char* n, vnxStatus (*f)(const T*, int, const vnx8u*, int, vnxiSize, vnx64f*)) {
+  Member m = describe(n, st::tyOf<T>(), 1, 1);
+  m.call = [f](const void* a, int as, const void*, int, const vnx8u* k, int ks, vnxiSize r, int, double* o) {
+    return f(static_cast<const T*>(a), as, k, ks, r, o);
+  };
+  return m;
+}
+template <class T>
+Member adapt(const char* n, vnxStatus (*f)(const T*, int, const vnx8u*, int, vnxiSize, int, vnx64f*)) {
+  Member m = describe(n, st::tyOf<T>(), 3, 1);
+  m.call = [f](const void* a, int as, const void*, int, const vnx8u* k, int ks, vnxiSize r, int c, double* o) {
+    return f(static_cast<const T*>(a), as, k, ks, r, c, o);
+  };
+  return m;
+}
+template <class T>
+Member adapt(const char* n, vnxStatus (*f)(const T*, int, const T*, int, const vnx8u*, int, vnxiSize, vnx64f*)) {
+  Member m = describe(n, st::tyOf<T>(), 1, 2);
+  m.call = [f](const void* a, int as, const void* b, int bs, const vnx8u* k, int ks, vnxiSize r, int, double* o) {
+    return f(static_cast<const T*>(a), as, static_cast<const T*>(b), bs, k, ks, r, o);
+  };
+  return m;
+}
+template <class T>
+Member adapt(const char* n, vnxStatus (*f)(const T*, int, const T*, int, const vnx8u*, int, vnxiSize, int, vnx64f*)) {
+  Member m = describe(n, st::tyOf<T>(), 3, 2);
+  m.call = [f](const void* a, int as, const void* b, int bs, const vnx8u* k, int ks, vnxiSize r, int c, double* o) {
+    return f(static_cast<const T*>(a), as, static_cast<const T*>(b), bs, k, ks, r, c, o);
+  };
+  return m;
+}
+#define MEMBER(fn) adapt(#fn, fn)
+
+const std::vector<Member>& members() {
+  static const std::vector<Member> m = {
+      MEMBER(vnxiNorm_Inf_8u_C1MR),      MEMBER(vnxiNorm_Inf_8u_C3CMR),      MEMBER(vnxiNorm_Inf_8s_C1MR),
+      MEMBER(vnxiNorm_Inf_8s_C3CMR),     MEMBER(vnxiNorm_Inf_16u_C1MR),      MEMBER(vnxiNorm_Inf_16u_C3CMR),
+      MEMBER(vnxiNorm_Inf_32f_C1MR),     MEMBER(vnxiNorm_Inf_32f_C3CMR),     MEMBER(vnxiNorm_L1_8u_C1MR),
+      MEMBER(vnxiNorm_L1_8u_C3CMR),      MEMBER(vnxiNorm_L1_8s_C1MR),        MEMBER(vnxiNorm_L1_8s_C3CMR),
+      MEMBER(vnxiNorm_L1_16u_C1MR),      MEMBER(vnxiNorm_L1_16u_C3CMR),      MEMBER(vnxiNorm_L1_32f_C1MR),
+      MEMBER(vnxiNorm_L1_32f_C3CMR),     MEMBER(vnxiNorm_L2_8u_C1MR),        MEMBER(vnxiNorm_L2_8u_C3CMR),
+      MEMBER(vnxiNorm_L2_8s_C1MR),       MEMBER(vnxiNorm_L2_8s_C3CMR),       MEMBER(vnxiNorm_L2_16u_C1MR),
+      MEMBER(vnxiNorm_L2_16u_C3CMR),     MEMBER(vnxiNorm_L2_32f_C1MR),       MEMBER(vnxiNorm_L2_32f_C3CMR),
+      MEMBER(vnxiNormDiff_Inf_8u_C1MR),  MEMBER(vnxiNormDiff_Inf_8u_C3CMR),  MEMBER(vnxiNormDiff_Inf_8s_C1MR),
+      MEMBER(vnxiNormDiff_Inf_8s_C3CMR), MEMBER(vnxiNormDiff_Inf_16u_C1MR),  MEMBER(vnxiNormDiff_Inf_16u_C3CMR),
+      MEMBER(vnxiNormDiff_Inf_32f_C1MR), MEMBER(vnxiNormDiff_Inf_32f_C3CMR), MEMBER(vnxiNormDiff_L1_8u_C1MR),
+      MEMBER(vnxiNormDiff_L1_8u_C3CMR),  MEMBER(vnxiNormDiff_L1_8s_C1MR),    MEMBER(vnxiNormDiff_L1_8s_C3CMR),
+      MEMBER(vnxiNormDiff_L1_16u_C1MR),  MEMBER(vnxiNormDiff_L1_16u_C3CMR),  MEMBER(vnxiNormDiff_L1_32f_C1MR),
+      MEMBER(vnxiNormDiff_L1_32f_C3CMR), MEMBER(vnxiNormDiff_L2_8u_C1MR),    MEMBER(vnxiNormDiff_L2_8u_C3CMR),
+      MEMBER(vnxiNormDiff_L2_8s_C1MR),   MEMBER(vnxiNormDiff_L2_8s_C3CMR),   MEMBER(vnxiNormDiff_L2_16u_C1MR),
+      MEMBER(vnxiNormDiff_L2_16u_C3CMR), MEMBER(vnxiNormDiff_L2_32f_C1MR),   MEMBER(vnxiNormDiff_L2_32f_C3CMR),
+      MEMBER(vnxiNormRel_Inf_8u_C1MR),   MEMBER(vnxiNormRel_Inf_8u_C3CMR),   MEMBER(vnxiNormRel_Inf_8s_C1MR),
+      MEMBER(vnxiNormRel_Inf_8s_C3CMR),  MEMBER(vnxiNormRel_Inf_16u_C1MR),   MEMBER(vnxiNormRel_Inf_16u_C3CMR),
+      MEMBER(vnxiNormRel_Inf_32f_C1MR),  MEMBER(vnxiNormRel_Inf_32f_C3CMR),  MEMBER(vnxiNormRel_L1_8u_C1MR),
+      MEMBER(vnxiNormRel_L1_8u_C3CMR),   MEMBER(vnxiNormRel_L1_8s_C1MR),     MEMBER(vnxiNormRel_L1_8s_C3CMR),
+      MEMBER(vnxiNormRel_L1_16u_C1MR),   MEMBER(vnxiNormRel_L1_16u_C3CMR),   MEMBER(vnxiNormRel_L1_32f_C1MR),
+      MEMBER(vnxiNormRel_L1_32f_C3CMR),  MEMBER(vnxiNormRel_L2_8u_C1MR),     MEMBER(vnxiNormRel_L2_8u_C3CMR),
+      MEMBER(vnxiNormRel_L2_8s_C1MR),    MEMBER(vnxiNormRel_L2_8s_C3CMR),    MEMBER(vnxiNormRel_L2_16u_C1MR),
+      MEMBER(vnxiNormRel_L2_16u_C3CMR),  MEMBER(vnxiNormRel_L2_32f_C1MR),    MEMBER(vnxiNormRel_L2_32f_C3CMR)};
+  return m;
+}
+
+const std::uint64_t kSignedNaN = 0xFFF8000000000000ull;
+
+// The contract's result: numerator over |s| or |s1 - s2| (32f: the difference rounded
+// to single precision), denominator over |s2|; a zero denominator gives inf or NaN.
+double reference(const Member& m, const st::AnyImage& a, const st::AnyImage& b, const st::Mask& mask, vnxiSize r,
+                 int coi, vnxStatus* status) {
+  long double num = 0, den = 0;
+  const int c = m.channels == 3 ? coi - 1 : 0;
+  for (int y = 0; y < r.height; ++y)
+    for (int x = 0; x < r.width; ++x) {
+      if (!mask.on(x, y)) continue;
+      double v = a.at(x, y, c);
+      if (m.sources == 2) v = m.ty == Ty::F32 ? double(float(v) - float(b.at(x, y, c))) : v - b.at(x, y, c);
+      const double w = m.sources == 2 ? b.at(x, y, c) : 0;
+      switch (m.kind) {
+        case 'I':
+          num = std::max<long double>(num, std::fabs(v)), den = std::max<long double>(den, std::fabs(w));
+          break;
+        case '1':
+          num += std::fabs(v), den += std::fabs(w);
+          break;
+        default:
+          num += static_cast<long double>(v) * v, den += static_cast<long double>(w) * w;
+          break;
+      }
+    }
+  *status = vnxStatusOk;
+  if (!m.rel) return m.kind == '2' ? std::sqrt(double(num)) : double(num);
+  if (m.name == "vnxiNormRel_L1_8u_C1MR") {  // 32-bit signed sums that wrap
+    num = std::int32_t(std::uint32_t(std::uint64_t(num)));
+    den = std::int32_t(std::uint32_t(std::uint64_t(den)));
+  }
+  if (den == 0) {
+    *status = vnxStatusDivByZero;
+    if (num > 0) return std::numeric_limits<double>::infinity();
+    if (num < 0) return -std::numeric_limits<double>::infinity();
+    double nan;
+    std::memcpy(&nan, &kSignedNaN, 8);
+    return nan;
+  }
+  return m.kind == '2' ? std::sqrt(double(num) / double(den)) : double(num) / double(den);
+}
+
+void expectMatches(const Member& m, const st::AnyImage& a, const st::AnyImage& b, const st::Mask& mask, vnxiSize r,
+                   int coi, const std::string& what) {
+  double got = -5;
+  vnxStatus expected;
+  const double e = reference(m, a, b, mask, r, coi, &expected);
+  ASSERT_EQ(m.call(a.ptr, a.step, b.ptr, b.step, mask.ptr(), mask.step(), r, coi, &got), expected) << what;
+  if (m.ty == Ty::F32 && std::isfinite(e) && m.kind != 'I')
+    EXPECT_NEAR(got, e, std::fabs(e) * 1e-12) << what;
+  else
+    EXPECT_EQ(vt::bits(got), vt::bits(e)) << what << ": " << got << " vs " << e;
+}
+
+TEST(Norm, EveryMemberMatchesTheSumsOnAwkwardSizes) {
+  std::mt19937 rng(31);
+  std::vector<vnxiSize> sizes = st::awkwardSizes();
+  for (const Member& m : members())
+    for (vnxiSize r : sizes)
+      for (vt::Guard g : {vt::Guard::After, vt::Guard::Before}) {
+        const st::AnyImage a = st::randomImage(m.ty, r.width, r.height, m.channels, rng, g);
+        const st::AnyImage b = st::randomImage(m.ty, r.width, r.height, m.channels, rng, g);
+        for (st::MaskKind mk : {st::MaskKind::Empty, st::MaskKind::Full, st::MaskKind::Random}) {
+          const st::Mask mask = st::makeMask(mk, r.width, r.height, rng, g);
+          for (int coi = 1; coi <= m.channels; ++coi)
+            expectMatches(m, a, b, mask, r, coi,
+                          m.name + " " + std::to_string(r.width) + "x" + std::to_string(r.height) + " mask " +
+                              std::to_string(int(mk)) + " coi " + std::to_string(coi));
+        }
+      }
+}
+
+// Both sides of the cut-off with 2 threads (262144 pixels), repeated runs the same
+// bits, integer results the same for every band count, 40 bands on a tall image.
+TEST(Norm, BandsDoNotChangeIntegerResultsAndRunsRepeat) {
+  std::mt19937 rng(32);
+  for (const Member& m : members()) {
+    const bool tall = m.ty == Ty::U8 && m.channels == 1;
+    const vnxiSize r = tall ? vnxiSize{64, 82000} : vnxiSize{512, 513};
+    const st::AnyImage a = st::randomImage(m.ty, r.width, r.height, m.channels, rng);
+    const st::AnyImage b = st::randomImage(m.ty, r.width, r.height, m.channels, rng);
+    const st::Mask mask = st::makeMask(st::MaskKind::Random, r.width, r.height, rng);
+    expectMatches(m, a, b, mask, r, m.channels, m.name + " large");
+    std::vector<double> got;
+    for (int n : tall ? std::vector<int>{1, 2, 40} : std::vector<int>{1, 2, 3, 7}) {
+      vt::Threads threads(n);
+      for (int rep = 0; rep < 2; ++rep) {
+        double v = 0;
+        m.call(a.ptr, a.step, b.ptr, b.step, mask.ptr(), mask.step(), r, m.channels, &v);
+        got.push_back(v);
+      }
+      EXPECT_EQ(vt::bits(got[got.size() - 2]), vt::bits(got.back())) << m.name << " threads " << n;
+    }
+    if (m.ty != Ty::F32)
+      for (double g : got) EXPECT_EQ(vt::bits(g), vt::bits(got[0])) << m.name;
+  }
+  vt::Threads threads(2);
+  for (vnxiSize r : {vnxiSize{512, 255}, vnxiSize{512, 256}}) {
+    const st::AnyImage a = st::randomImage(Ty::F32, r.width, r.height, 1, rng);
+    const st::Mask mask = st::makeMask(st::MaskKind::Random, r.width, r.height, rng);
+    expectMatches(members()[14], a, a, mask, r, 1, "32f L1 at the cut-off");
+  }
+}
+
+TEST(Norm, RelativeNormWarnsOnZeroDenominator) {
+  const vnx8u one[2] = {3, 0}, zero[2] = {0, 0}, sel[2] = {1, 1}, none[2] = {0, 0};
+  double v = 0;
+  EXPECT_EQ(vnxiNormRel_L2_8u_C1MR(one, 2, zero, 2, sel, 2, {2, 1}, &v), vnxStatusDivByZero);
+  EXPECT_EQ(v, std::numeric_limits<double>::infinity());
+  EXPECT_EQ(vnxiNormRel_L2_8u_C1MR(one, 2, zero, 2, none, 2, {2, 1}, &v), vnxStatusDivByZero);
+  EXPECT_EQ(vt::bits(v), kSignedNaN);
+  EXPECT_EQ(vnxiNorm_L2_32f_C1MR(reinterpret_cast<const float*>(zero), 4, none, 1, {1, 1}, &v), vnxStatusOk);
+  EXPECT_EQ(vt::bits(v), vt::bits(0.0));
+}
+
+// 8.6 million differences of 255 sum past 2^31: the 32-bit signed sum wraps negative,
+// so with a zero second image the result is -inf.
+TEST(Norm, RelativeL1Of8uWrapsIn32Bits) {
+  const vnxiSize r{4096, 2100};
+  std::vector<vnx8u> a(std::size_t(r.width) * r.height, 255), b(a.size(), 0), mask(a.size(), 1);
+  double v = 0;
+  EXPECT_EQ(vnxiNormRel_L1_8u_C1MR(a.data(), r.width, b.data(), r.width, mask.data(), r.width, r, &v),
+            vnxStatusDivByZero);
+  EXPECT_EQ(v, -std::numeric_limits<double>::infinity());
+  b.assign(a.size(), 1);  // 255 * 8601600 wraps to -2101559296, 8601600 stays positive
+  EXPECT_EQ(vnxiNormRel_L1_8u_C1MR(a.data(), r.width, b.data(), r.width, mask.data(), r.width, r, &v), vnxStatusOk);
+  EXPECT_EQ(v, double(std::int32_t(std::uint32_t(254ull * 8601600))) / 8601600.0);
+}
+
+TEST(Norm, StatusesInOrderForEveryMember) {
+  std::mt19937 rng(33);
+  for (const Member& m : members()) {
+    const int eb = m.ty == Ty::U8 || m.ty == Ty::S8 ? 1 : m.ty == Ty::U16 ? 2 : 4, w = 5;
+    const int rb = w * m.channels * eb;
+    const bool wide = eb > 1, c3 = m.channels == 3, two = m.sources == 2;
+    const st::AnyImage a = st::randomImage(m.ty, w, 3, m.channels, rng);
+    const st::Mask mask = st::makeMask(st::MaskKind::Full, w, 3, rng);
+    const vnx8u* mp = mask.ptr();
+    struct Case {
+      const char* what;
+      const void* s1;
+      int st1;
+      const void* s2;
+      int st2;
+      const vnx8u* mask;
+      int mst;
+      vnxiSize r;
+      int coi;
+      bool nullResult;
+      vnxStatus expected;
+    };
+    std::vector<Case> cases = {
+        {"null source, zero width", nullptr, rb, a.ptr, rb, mp, w, {0, 3}, 1, false, vnxStatusNullPtr},
+        {"null mask", a.ptr, rb, a.ptr, rb, nullptr, w, {w, 3}, 1, false, vnxStatusNullPtr},
+        {"null result", a.ptr, rb, a.ptr, rb, mp, w, {0, 3}, 1, true, vnxStatusNullPtr},
+        {"zero width", a.ptr, rb, a.ptr, rb, mp, w, {0, 3}, 1, false, vnxStatusBadSize},
+        {"short source step", a.ptr, rb - eb, a.ptr, rb, mp, w, {w, 3}, 0, false, vnxStatusBadStep},
+        {"short mask step", a.ptr, rb, a.ptr, rb, mp, w - 1, {w, 3}, 0, false, vnxStatusBadStep},
+        // the sources' multiples come before the mask step
+        {"misaligned source, short mask step",
+         a.ptr,
+         rb + 1,
+         a.ptr,
+         rb,
+         mp,
+         w - 1,
+         {w, 3},
+         0,
+         false,
+         wide ? vnxStatusStepNotMultiple : vnxStatusBadStep},
+        {"bad coi", a.ptr, rb, a.ptr, rb, mp, w, {w, 3}, 0, false, c3 ? vnxStatusBadCoi : vnxStatusOk},
+        {"coi 4", a.ptr, rb, a.ptr, rb, mp, w, {w, 3}, 4, false, c3 ? vnxStatusBadCoi : vnxStatusOk},
+    };
+    if (two) {
+      cases.push_back({"null second source", a.ptr, rb, nullptr, rb, mp, w, {w, 3}, 1, false, vnxStatusNullPtr});
+      cases.push_back({"short second step", a.ptr, rb, a.ptr, rb - 1, mp, w, {w, 3}, 1, false, vnxStatusBadStep});
+      cases.push_back(
+          {"misaligned first, short second", a.ptr, rb + 1, a.ptr, rb - eb, mp, w, {w, 3}, 1, false, vnxStatusBadStep});
+    }
+    for (const Case& c : cases) {
+      double v = -5;
+      const vnxStatus s = m.call(c.s1, c.st1, c.s2, c.st2, c.mask, c.mst, c.r, c.coi, c.nullResult ? nullptr : &v);
+      const vnxStatus want = (m.rel && c.expected == vnxStatusOk) ? s : c.expected;  // a same-image Rel may warn
+      EXPECT_EQ(s, want) << m.name << ": " << c.what;
+      if (s < 0) EXPECT_EQ(v, -5) << m.name << ": " << c.what;
+    }
+  }
+}
+
+}  // namespace
