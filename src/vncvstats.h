@@ -460,8 +460,8 @@ void ownMinMaxRow_sse2(const Src& src, const vnx8u* sel, int n, float& mn, float
     for (int i = 0; i < 4; ++i) {
       const __m128 v = src.vec(x + 4 * i);
       if (sel) {  // an unselected sample is the start value of each: never strictly better
-        lo = _mm_min_ps(_mm_or_ps(_mm_and_ps(k[i], v), _mm_andnot_ps(k[i], top)), lo);
-        hi = _mm_max_ps(_mm_or_ps(_mm_and_ps(k[i], v), _mm_andnot_ps(k[i], bottom)), hi);
+        lo = _mm_min_ps(ownSelect(k[i], v, top), lo);
+        hi = _mm_max_ps(ownSelect(k[i], v, bottom), hi);
       } else {
         lo = _mm_min_ps(v, lo);
         hi = _mm_max_ps(v, hi);

@@ -148,10 +148,14 @@ void expectMatches(const Member& m, const st::AnyImage& img, const st::Mask* mas
     for (int y = 0; y < r.height; ++y)
       for (int x = 0; x < r.width; ++x) scale = std::max(scale, std::fabs(img.at(x, y, m.channels == 3 ? coi - 1 : 0)));
     EXPECT_NEAR(mean, e.mean, scale * 1e-12) << what;
-    if (m.stdDev) EXPECT_NEAR(sd, e.sd, scale * 1e-6 + 1e-300) << what;
+    if (m.stdDev) {
+      EXPECT_NEAR(sd, e.sd, scale * 1e-6 + 1e-300) << what;
+    }
   } else {
     EXPECT_EQ(vt::bits(mean), vt::bits(e.mean)) << what << " mean " << mean << " vs " << e.mean;
-    if (m.stdDev) EXPECT_EQ(vt::bits(sd), vt::bits(e.sd)) << what << " sd " << sd << " vs " << e.sd;
+    if (m.stdDev) {
+      EXPECT_EQ(vt::bits(sd), vt::bits(e.sd)) << what << " sd " << sd << " vs " << e.sd;
+    }
   }
 }
 
@@ -314,7 +318,9 @@ TEST(MeanStdDev, StatusesInOrderForEveryMember) {
       double mean = -7, sd = -7;
       const vnxStatus s = m.call(c.src, c.srcStep, c.mask, c.maskStep, c.r, c.coi, c.nullMean ? nullptr : &mean, &sd);
       EXPECT_EQ(s, c.expected) << m.name << ": " << c.what;
-      if (s < 0) EXPECT_TRUE(mean == -7 && sd == -7) << m.name << ": " << c.what;
+      if (s < 0) {
+        EXPECT_TRUE(mean == -7 && sd == -7) << m.name << ": " << c.what;
+      }
     }
   }
 }

@@ -202,7 +202,9 @@ TEST(MinMaxIndx, StatusesInOrderForEveryMember) {
       Result r{-3, -3, {-3, -3}, {-3, -3}};
       const vnxStatus s = m.call(c.src, c.step, c.mask, c.maskStep, c.r, c.coi, &r);
       EXPECT_EQ(s, c.expected) << m.name << ": " << c.what;
-      if (s < 0) EXPECT_TRUE(r.mn == -3 && r.mx == -3 && r.pmn.x == -3 && r.pmx.y == -3) << m.name << ": " << c.what;
+      if (s < 0) {
+        EXPECT_TRUE(r.mn == -3 && r.mx == -3 && r.pmn.x == -3 && r.pmx.y == -3) << m.name << ": " << c.what;
+      }
     }
   }
 }

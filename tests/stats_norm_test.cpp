@@ -183,8 +183,9 @@ TEST(Norm, BandsDoNotChangeIntegerResultsAndRunsRepeat) {
       }
       EXPECT_EQ(vt::bits(got[got.size() - 2]), vt::bits(got.back())) << m.name << " threads " << n;
     }
-    if (m.ty != Ty::F32)
+    if (m.ty != Ty::F32) {
       for (double g : got) EXPECT_EQ(vt::bits(g), vt::bits(got[0])) << m.name;
+    }
   }
   vt::Threads threads(2);
   for (vnxiSize r : {vnxiSize{512, 255}, vnxiSize{512, 256}}) {
@@ -274,7 +275,9 @@ TEST(Norm, StatusesInOrderForEveryMember) {
       const vnxStatus s = m.call(c.s1, c.st1, c.s2, c.st2, c.mask, c.mst, c.r, c.coi, c.nullResult ? nullptr : &v);
       const vnxStatus want = (m.rel && c.expected == vnxStatusOk) ? s : c.expected;  // a same-image Rel may warn
       EXPECT_EQ(s, want) << m.name << ": " << c.what;
-      if (s < 0) EXPECT_EQ(v, -5) << m.name << ": " << c.what;
+      if (s < 0) {
+        EXPECT_EQ(v, -5) << m.name << ": " << c.what;
+      }
     }
   }
 }
