@@ -255,6 +255,26 @@ void ownSumsRow_sse2(const Src& src, const vnx8u* sel, int n, ownIntSums& acc) {
   constexpr int kVecs = 16 / L::kPerVec;
   __m128i s = _mm_setzero_si128(), q = _mm_setzero_si128();
   int x = 0;
+  if constexpr (L::kPerVec == 16) {
+    if (!sel) {  // unmasked bytes: 32 a step, even and odd bytes squared apart, four running sums
+      const __m128i lowBytes = _mm_set1_epi16(0xff), z = _mm_setzero_si128();
+      __m128i s1 = z, q1 = z, q2 = z, q3 = z;
+      for (; x + 32 <= n; x += 32) {
+        const __m128i v0 = src.vec(x), v1 = src.vec(x + 16);
+        if (What & kOwnSum) s = _mm_add_epi64(s, _mm_sad_epu8(v0, z)), s1 = _mm_add_epi64(s1, _mm_sad_epu8(v1, z));
+        if (What & kOwnSq) {
+          const __m128i e0 = _mm_and_si128(v0, lowBytes), o0 = _mm_srli_epi16(v0, 8);
+          const __m128i e1 = _mm_and_si128(v1, lowBytes), o1 = _mm_srli_epi16(v1, 8);
+          q = _mm_add_epi32(q, _mm_madd_epi16(e0, e0));
+          q1 = _mm_add_epi32(q1, _mm_madd_epi16(o0, o0));
+          q2 = _mm_add_epi32(q2, _mm_madd_epi16(e1, e1));
+          q3 = _mm_add_epi32(q3, _mm_madd_epi16(o1, o1));
+        }
+      }
+      s = _mm_add_epi64(s, s1);
+      q = _mm_add_epi32(_mm_add_epi32(q, q1), _mm_add_epi32(q2, q3));
+    }
+  }
   for (; x + 16 <= n; x += 16) {
     __m128i v[kVecs];
     for (int i = 0; i < kVecs; ++i) v[i] = src.vec(x + i * L::kPerVec);
