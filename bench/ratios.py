@@ -1,12 +1,12 @@
 #!/usr/bin/env python3
-"""Reads Google Benchmark JSON and prints, for each case measured by both
+"""Reads Google Benchmark JSON files and prints, for each case measured by both
 libraries, OpenCV's median time over ours (above 1: we are faster)."""
 import json
 import sys
 
-data = json.load(open(sys.argv[1]))
 med = {}
-for b in data["benchmarks"]:
+benchmarks = [b for path in sys.argv[1:] for b in json.load(open(path))["benchmarks"]]
+for b in benchmarks:
     if b.get("aggregate_name") == "median" or b.get("run_type") == "iteration" and "aggregate_name" not in b:
         name = b["run_name"] if "run_name" in b else b["name"]
         med.setdefault(name, b["real_time"])

@@ -9,6 +9,11 @@ fi
 cmake -S . -B build-bench -DCMAKE_BUILD_TYPE=Release -DVNX_BUILD_TESTS=OFF -DVNX_BUILD_DEMO=OFF >/dev/null
 cmake --build build-bench -j2 --target vnxbench
 filter=${1:-.}
-build-bench/bench/vnxbench --benchmark_filter="$filter" --benchmark_repetitions=5 \
-  --benchmark_report_aggregates_only=true --benchmark_out=build-bench/bench.json --benchmark_out_format=json
-python3 bench/ratios.py build-bench/bench.json
+# Each library runs in its own process: idle worker threads of one (spinning
+# after a parallel region) must not steal the cores the other is measured on.
+for lib in vnx cv; do
+  build-bench/bench/vnxbench --benchmark_filter="^$lib:.*($filter)" --benchmark_repetitions=5 \
+    --benchmark_report_aggregates_only=true --benchmark_out="build-bench/bench-$lib.json" \
+    --benchmark_out_format=json >/dev/null
+done
+python3 bench/ratios.py build-bench/bench-vnx.json build-bench/bench-cv.json
