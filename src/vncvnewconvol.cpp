@@ -2,9 +2,11 @@
 // is one separable term (or the sum of two) run on the pipeline passes: a ring of k
 // intermediate rows filled by the row pass, then the column pass per output row.
 #include <algorithm>
+#include <utility>
 
 #include "check.h"
 #include "parallel.h"
+#include "simd.h"
 #include "traits.h"
 #include "vncvseparable.h"
 
@@ -183,6 +185,210 @@ void ownFixedBand(const S* src, int srcStep, D* dst, int dstStep, vnxiSize roi, 
   }
 }
 
+// ---- 8u sources: columns first, in 16-bit lanes -----------------------------------
+// Integer sums do not depend on the order of the two passes, so the 8u members filter
+// down the columns first, straight from the source rows (the k + 1 rows of two output
+// rows are read and widened once for both), then along each row of column sums. The
+// k/2 column sums beyond each edge follow from the border rule: a column that stands
+// for column x has the column sums of x (vnxBorderConst: the sum of the column taps
+// times the border value). Every sum fits 16 bits (at most 255 * 64 * 2 < 2^15), so
+// 16-bit lanes give it exactly.
+
+// A 1-D kernel known at compile time, taps in the order they lie over the image.
+template <int... K>
+struct ownTaps {
+  static constexpr int k = sizeof...(K);
+  static constexpr int tap[sizeof...(K) > 0 ? sizeof...(K) : 1] = {K...};
+  static constexpr int sum() { return (0 + ... + K); }
+  // sum of tap i times v[i], with adds and shifts for the small taps
+  static __m128i dot(const __m128i* v) { return dotOf(v, std::make_index_sequence<sizeof...(K)>()); }
+  template <std::size_t... I>
+  static __m128i dotOf(const __m128i* v, std::index_sequence<I...>) {
+    __m128i acc = _mm_setzero_si128();
+    ((acc = mac<K>(acc, v[I])), ...);
+    return acc;
+  }
+  template <int T>
+  static __m128i mac(__m128i acc, __m128i v) {
+    if constexpr (T == 0) return acc;
+    else if constexpr (T == 1) return _mm_add_epi16(acc, v);
+    else if constexpr (T == -1) return _mm_sub_epi16(acc, v);
+    else if constexpr (T == 2) return _mm_add_epi16(acc, _mm_add_epi16(v, v));
+    else if constexpr (T == -2) return _mm_sub_epi16(acc, _mm_add_epi16(v, v));
+    else if constexpr (T == 4) return _mm_add_epi16(acc, _mm_slli_epi16(v, 2));
+    else if constexpr (T == -8) return _mm_sub_epi16(acc, _mm_slli_epi16(v, 3));
+    else return _mm_add_epi16(acc, _mm_mullo_epi16(v, _mm_set1_epi16(T)));
+  }
+  template <class P>
+  static int dotScalar(const P* v, std::ptrdiff_t step) {  // v[0], v[step], ...
+    int s = 0;
+    for (int i = 0; i < k; ++i) s += tap[i] * v[i * step];
+    return s;
+  }
+};
+using ownNoTaps = ownTaps<>;
+
+// Column sums of output row y (and y + 1 when Two) for each term, from the rows p[0..k].
+template <bool Two, class C1, class C2>
+void ownColumnSums8u(const vnx8u* const* p, vnx16s* const (*v)[2], int w) {
+  constexpr int k = C1::k;
+  auto at = [&](int x) {
+    __m128i lo[C1::k + 1], hi[C1::k + 1];
+    for (int i = 0; i < (Two ? C1::k + 1 : C1::k); ++i) {
+      const __m128i b = ownLoad(p[i] + x);
+      lo[i] = _mm_unpacklo_epi8(b, _mm_setzero_si128());
+      hi[i] = _mm_unpackhi_epi8(b, _mm_setzero_si128());
+    }
+    for (int i = 0; i < (Two ? 2 : 1); ++i) {
+      ownStore(v[0][i] + x, C1::dot(lo + i));
+      ownStore(v[0][i] + x + 8, C1::dot(hi + i));
+      if constexpr (C2::k > 0) {
+        ownStore(v[1][i] + x, C2::dot(lo + i));
+        ownStore(v[1][i] + x + 8, C2::dot(hi + i));
+      }
+    }
+  };
+  if (w >= 16) {
+    int x = 0;
+    for (; x + 16 <= w; x += 16) at(x);
+    if (x < w) at(w - 16);  // overlaps sums already written with the same values
+    return;
+  }
+  for (int x = 0; x < w; ++x)
+    for (int i = 0; i < (Two ? 2 : 1); ++i) {
+      int s1 = 0, s2 = 0;
+      for (int j = 0; j < k; ++j) {
+        s1 += C1::tap[j] * p[i + j][x];
+        if constexpr (C2::k > 0) s2 += C2::tap[j] * p[i + j][x];
+      }
+      v[0][i][x] = static_cast<vnx16s>(s1);
+      if constexpr (C2::k > 0) v[1][i][x] = static_cast<vnx16s>(s2);
+    }
+}
+
+// The k/2 column sums beyond each edge of a row of w sums.
+template <class C>
+void ownSumEdges(vnx16s* v, int w, int border, vnx8u bval) {
+  for (int i = 1; i <= C::k / 2; ++i) {
+    if (border == vnxBorderConst) {
+      v[-i] = v[w - 1 + i] = static_cast<vnx16s>(C::sum() * bval);
+    } else {
+      v[-i] = v[ownBorderIndex(-i, w, border)];
+      v[w - 1 + i] = v[ownBorderIndex(w - 1 + i, w, border)];
+    }
+  }
+}
+
+// Row pass over the column sums a (term 1) and b (term 2): o[x] = R1 . a[x - r ..] + R2 . b[x - r ..].
+template <class R1, class R2>
+void ownRowSums8u(const vnx16s* a, const vnx16s* b, vnx16s* o, int w) {
+  constexpr int r = R1::k / 2;
+  auto at = [&](int x) {
+    __m128i t[R1::k];
+    for (int i = 0; i < R1::k; ++i) t[i] = ownLoad(a + x - R1::k / 2 + i);
+    __m128i s = R1::dot(t);
+    if constexpr (R2::k > 0) {
+      for (int i = 0; i < R1::k; ++i) t[i] = ownLoad(b + x - R1::k / 2 + i);
+      s = _mm_add_epi16(s, R2::dot(t));
+    }
+    ownStore(o + x, s);
+  };
+  if (w >= 8) {
+    int x = 0;
+    for (; x + 8 <= w; x += 8) at(x);
+    if (x < w) at(w - 8);  // rewrites the same values
+    return;
+  }
+  for (int x = 0; x < w; ++x) {
+    int s = R1::dotScalar(a + x - r, 1);
+    if constexpr (R2::k > 0) s += R2::dotScalar(b + x - r, 1);
+    o[x] = static_cast<vnx16s>(s);
+  }
+}
+
+template <class D>
+struct ownJob8u {
+  const vnx8u* src;
+  int srcStep;
+  D* dst;
+  int dstStep;
+  vnxiSize roi;
+  int border;
+  vnx8u bval;
+  int divisor;  // 8-bit outputs: the sum is divided by it (rounded) and saturated
+  std::int64_t stride;
+};
+
+// Rows y0 .. y1 - 1 of a filter of one or two separable terms (C1 x R1 + C2 x R2), two
+// rows a step. Scratch: four rows of column sums with 16 elements of margin each, a row
+// of 16-bit sums for 8-bit outputs and a row of the border value.
+template <class D, class C1, class R1, class C2 = ownNoTaps, class R2 = ownNoTaps>
+void ownBand8u(const ownJob8u<D>& j, void* slice, int y0, int y1) {
+  constexpr int k = C1::k, r = k / 2;
+  const int w = j.roi.width;
+  const std::int64_t len = j.stride + 32;
+  vnx16s* base = static_cast<vnx16s*>(slice);
+  vnx16s* v[2][2] = {{base + 16, base + len + 16}, {base + 2 * len + 16, base + 3 * len + 16}};
+  vnx16s* sums = base + 4 * len + 16;
+  vnx8u* constRow = reinterpret_cast<vnx8u*>(base + 5 * len);
+  if (j.border == vnxBorderConst) std::fill(constRow, constRow + w, j.bval);
+  auto rowAt = [&](int yy) -> const vnx8u* {
+    if (yy >= 0 && yy < j.roi.height) return ownRow(j.src, j.srcStep, yy);
+    return j.border == vnxBorderConst ? constRow : ownRow(j.src, j.srcStep, ownBorderIndex(yy, j.roi.height, j.border));
+  };
+  for (int y = y0; y < y1; y += 2) {
+    const int rows = y + 1 < y1 ? 2 : 1;
+    const vnx8u* p[k + 1];
+    for (int i = 0; i < k + rows - 1; ++i) p[i] = rowAt(y - r + i);
+    if (rows == 2)
+      ownColumnSums8u<true, C1, C2>(p, v, w);
+    else
+      ownColumnSums8u<false, C1, C2>(p, v, w);
+    for (int i = 0; i < rows; ++i) {
+      ownSumEdges<C1>(v[0][i], w, j.border, j.bval);
+      if constexpr (C2::k > 0) ownSumEdges<C2>(v[1][i], w, j.border, j.bval);
+      D* d = ownRow(j.dst, j.dstStep, y + i);
+      if constexpr (std::is_same<D, vnx16s>::value) {
+        ownRowSums8u<R1, R2>(v[0][i], v[1][i], d, w);
+      } else {
+        ownRowSums8u<R1, R2>(v[0][i], v[1][i], sums, w);
+        ownDivRow(sums, j.divisor, d, w);
+      }
+    }
+  }
+}
+
+template <class D>
+using ownBand8uFn = void (*)(const ownJob8u<D>&, void*, int, int);
+
+// The band kernel of each 8u member: column taps top to bottom, row taps left to right.
+template <class D>
+ownBand8uFn<D> ownPickBand8u(ownKind kind, int k) {
+  using D3 = ownTaps<-1, 0, 1>;
+  using N3 = ownTaps<1, 0, -1>;
+  using S3 = ownTaps<1, 2, 1>;
+  using L3 = ownTaps<1, -2, 1>;
+  using D5 = ownTaps<-1, -2, 0, 2, 1>;
+  using N5 = ownTaps<1, 2, 0, -2, -1>;
+  using S5 = ownTaps<1, 4, 6, 4, 1>;
+  using L5 = ownTaps<1, 0, -2, 0, 1>;
+  const bool five = k == 5;
+  switch (kind) {
+    case ownKind::SobelHoriz: return five ? ownBand8u<D, N5, S5> : ownBand8u<D, N3, S3>;
+    case ownKind::SobelVert: return five ? ownBand8u<D, S5, D5> : ownBand8u<D, S3, D3>;
+    case ownKind::SobelNegVert: return five ? ownBand8u<D, S5, N5> : ownBand8u<D, S3, N3>;
+    case ownKind::SobelHorizSecond: return five ? ownBand8u<D, L5, S5> : ownBand8u<D, L3, S3>;
+    case ownKind::SobelVertSecond: return five ? ownBand8u<D, S5, L5> : ownBand8u<D, S3, L3>;
+    case ownKind::SobelCross: return five ? ownBand8u<D, N5, D5> : ownBand8u<D, N3, D3>;
+    case ownKind::ScharrHoriz: return ownBand8u<D, N3, ownTaps<3, 10, 3>>;
+    case ownKind::ScharrVert: return ownBand8u<D, ownTaps<3, 10, 3>, D3>;
+    // 3x3: 2 0 2 / 0 -8 0 / 2 0 2 as column (2 0 2) x row (1 0 1) plus column (0 -8 0) x row (0 1 0)
+    case ownKind::Laplacian:
+      return five ? ownBand8u<D, L5, S5, S5, L5> : ownBand8u<D, ownTaps<2, 0, 2>, ownTaps<1, 0, 1>, ownTaps<0, -8, 0>, ownTaps<0, 1, 0>>;
+    default: return five ? ownBand8u<D, ownTaps<1, 1, 1, 1, 1>, ownTaps<1, 1, 1, 1, 1>> : ownBand8u<D, ownTaps<1, 1, 1>, ownTaps<1, 1, 1>>;
+  }
+}
+
 // Rows per thread below which a member stays serial, and the least width for bands.
 inline int ownBandRows(ownKind kind) { return kind == ownKind::Laplacian ? 32 : 128; }
 inline int ownBandWidth(ownKind kind) {
@@ -215,11 +421,19 @@ vnxStatus ownFixedFilter(const S* pSrc, int srcStep, D* pDst, int dstStep, vnxiS
   const bool bands = t > 1 && !omp_in_parallel() && !ownSingleCoreDie() &&
                      static_cast<std::int64_t>(t) * ownBandRows(kind) <= roi.height && roi.width >= ownBandWidth(kind);
   const int nBands = bands ? t : 1;
-  ownRunBands(ownBandSplit{roi.height, nBands}, [&](int b, int y0, int y1) {
+  auto sliceOf = [&](int b) {
     const std::uintptr_t base = reinterpret_cast<std::uintptr_t>(pBuffer) + static_cast<std::uintptr_t>(b * slice);
-    void* p = reinterpret_cast<void*>((base + 31) & ~static_cast<std::uintptr_t>(31));
-    ownFixedBand(pSrc, srcStep, pDst, dstStep, roi, f, border, bval, out, p, stride, y0, y1);
-  });
+    return reinterpret_cast<void*>((base + 31) & ~static_cast<std::uintptr_t>(31));
+  };
+  if constexpr (!wide) {
+    const ownJob8u<D> job{pSrc, srcStep, pDst, dstStep, roi, border, bval, out.divisor, stride};
+    const ownBand8uFn<D> band = ownPickBand8u<D>(kind, f.k);
+    ownRunBands(ownBandSplit{roi.height, nBands}, [&](int b, int y0, int y1) { band(job, sliceOf(b), y0, y1); });
+  } else {
+    ownRunBands(ownBandSplit{roi.height, nBands}, [&](int b, int y0, int y1) {
+      ownFixedBand(pSrc, srcStep, pDst, dstStep, roi, f, border, bval, out, sliceOf(b), stride, y0, y1);
+    });
+  }
   return vnxStatusOk;
 }
 
