@@ -200,12 +200,31 @@ struct ownTaps {
   static constexpr int k = sizeof...(K);
   static constexpr int tap[sizeof...(K) > 0 ? sizeof...(K) : 1] = {K...};
   static constexpr int sum() { return (0 + ... + K); }
-  // sum of tap i times v[i], with adds and shifts for the small taps
-  static __m128i dot(const __m128i* v) { return dotOf(v, std::make_index_sequence<sizeof...(K)>()); }
+  static constexpr bool mirrored(int sign) {
+    for (int i = 0; i < k; ++i)
+      if (tap[i] != sign * tap[k - 1 - i]) return false;
+    return true;
+  }
+  // sum of tap i times v[i], with adds and shifts for the small taps; a symmetric kernel
+  // first adds the two pixels of each pair of equal taps, an antisymmetric one subtracts
+  static __m128i dot(const __m128i* v) {
+    if constexpr (k > 1 && (mirrored(1) || mirrored(-1)))
+      return dotPairs(v, std::make_index_sequence<k / 2>());
+    else
+      return dotOf(v, std::make_index_sequence<k>());
+  }
   template <std::size_t... I>
   static __m128i dotOf(const __m128i* v, std::index_sequence<I...>) {
     __m128i acc = _mm_setzero_si128();
     ((acc = mac<K>(acc, v[I])), ...);
+    return acc;
+  }
+  template <std::size_t... I>
+  static __m128i dotPairs(const __m128i* v, std::index_sequence<I...>) {
+    __m128i acc = _mm_setzero_si128();
+    if constexpr (k % 2 == 1) acc = mac<tap[k / 2]>(acc, v[k / 2]);
+    ((acc = mac<tap[I]>(acc, mirrored(1) ? _mm_add_epi16(v[I], v[k - 1 - I]) : _mm_sub_epi16(v[I], v[k - 1 - I]))),
+     ...);
     return acc;
   }
   template <int T>
@@ -219,51 +238,50 @@ struct ownTaps {
     else if constexpr (T == -8) return _mm_sub_epi16(acc, _mm_slli_epi16(v, 3));
     else return _mm_add_epi16(acc, _mm_mullo_epi16(v, _mm_set1_epi16(T)));
   }
-  template <class P>
-  static int dotScalar(const P* v, std::ptrdiff_t step) {  // v[0], v[step], ...
+  static int dotAlong(const vnx16s* v) {  // v[0], v[1], ...
     int s = 0;
-    for (int i = 0; i < k; ++i) s += tap[i] * v[i * step];
+    for (int i = 0; i < k; ++i) s += tap[i] * v[i];
+    return s;
+  }
+  static int dotDown(const vnx8u* const* p, int x) {  // p[0][x], p[1][x], ...
+    int s = 0;
+    for (int i = 0; i < k; ++i) s += tap[i] * p[i][x];
     return s;
   }
 };
 using ownNoTaps = ownTaps<>;
 
-// Column sums of output row y (and y + 1 when Two) for each term, from the rows p[0..k].
+// Column sums of output rows y (and y + 1 when Two) of each term, 16 columns from x,
+// from the rows p[0..k].
 template <bool Two, class C1, class C2>
-void ownColumnSums8u(const vnx8u* const* p, vnx16s* const (*v)[2], int w) {
-  constexpr int k = C1::k;
-  auto at = [&](int x) {
-    __m128i lo[C1::k + 1], hi[C1::k + 1];
-    for (int i = 0; i < (Two ? C1::k + 1 : C1::k); ++i) {
-      const __m128i b = ownLoad(p[i] + x);
-      lo[i] = _mm_unpacklo_epi8(b, _mm_setzero_si128());
-      hi[i] = _mm_unpackhi_epi8(b, _mm_setzero_si128());
-    }
-    for (int i = 0; i < (Two ? 2 : 1); ++i) {
-      ownStore(v[0][i] + x, C1::dot(lo + i));
-      ownStore(v[0][i] + x + 8, C1::dot(hi + i));
-      if constexpr (C2::k > 0) {
-        ownStore(v[1][i] + x, C2::dot(lo + i));
-        ownStore(v[1][i] + x + 8, C2::dot(hi + i));
-      }
-    }
-  };
-  if (w >= 16) {
-    int x = 0;
-    for (; x + 16 <= w; x += 16) at(x);
-    if (x < w) at(w - 16);  // overlaps sums already written with the same values
-    return;
+inline void ownColumnSums8u(const vnx8u* const* p, vnx16s* const (*v)[2], int x) {
+  __m128i lo[C1::k + 1], hi[C1::k + 1];
+  for (int i = 0; i < (Two ? C1::k + 1 : C1::k); ++i) {
+    const __m128i b = ownLoad(p[i] + x);
+    lo[i] = _mm_unpacklo_epi8(b, _mm_setzero_si128());
+    hi[i] = _mm_unpackhi_epi8(b, _mm_setzero_si128());
   }
-  for (int x = 0; x < w; ++x)
-    for (int i = 0; i < (Two ? 2 : 1); ++i) {
-      int s1 = 0, s2 = 0;
-      for (int j = 0; j < k; ++j) {
-        s1 += C1::tap[j] * p[i + j][x];
-        if constexpr (C2::k > 0) s2 += C2::tap[j] * p[i + j][x];
-      }
-      v[0][i][x] = static_cast<vnx16s>(s1);
-      if constexpr (C2::k > 0) v[1][i][x] = static_cast<vnx16s>(s2);
+  for (int i = 0; i < (Two ? 2 : 1); ++i) {
+    ownStore(v[0][i] + x, C1::dot(lo + i));
+    ownStore(v[0][i] + x + 8, C1::dot(hi + i));
+    if constexpr (C2::k > 0) {
+      ownStore(v[1][i] + x, C2::dot(lo + i));
+      ownStore(v[1][i] + x + 8, C2::dot(hi + i));
     }
+  }
+}
+
+// Eight row-pass sums from x over the column sums a (term 1) and b (term 2).
+template <class R1, class R2>
+inline __m128i ownRowSums8u(const vnx16s* a, const vnx16s* b, int x) {
+  __m128i t[R1::k];
+  for (int i = 0; i < R1::k; ++i) t[i] = ownLoad(a + x - R1::k / 2 + i);
+  __m128i s = R1::dot(t);
+  if constexpr (R2::k > 0) {
+    for (int i = 0; i < R1::k; ++i) t[i] = ownLoad(b + x - R1::k / 2 + i);
+    s = _mm_add_epi16(s, R2::dot(t));
+  }
+  return s;
 }
 
 // The k/2 column sums beyond each edge of a row of w sums.
@@ -279,30 +297,83 @@ void ownSumEdges(vnx16s* v, int w, int border, vnx8u bval) {
   }
 }
 
-// Row pass over the column sums a (term 1) and b (term 2): o[x] = R1 . a[x - r ..] + R2 . b[x - r ..].
-template <class R1, class R2>
-void ownRowSums8u(const vnx16s* a, const vnx16s* b, vnx16s* o, int w) {
-  constexpr int r = R1::k / 2;
-  auto at = [&](int x) {
-    __m128i t[R1::k];
-    for (int i = 0; i < R1::k; ++i) t[i] = ownLoad(a + x - R1::k / 2 + i);
-    __m128i s = R1::dot(t);
-    if constexpr (R2::k > 0) {
-      for (int i = 0; i < R1::k; ++i) t[i] = ownLoad(b + x - R1::k / 2 + i);
-      s = _mm_add_epi16(s, R2::dot(t));
+// Where the 16-bit sums of output row i go: straight into a 16s row, through the integer
+// reciprocal into an 8u row, or into a row of sums divided afterwards (later()).
+template <class D>
+struct ownSink8u {
+  const ownReciprocal& rc;
+  vnx16s* sums[2];
+  static constexpr bool wide = std::is_same<D, vnx16s>::value;
+  bool later() const { return !wide && !(std::is_same<D, vnx8u>::value && rc.exact); }
+  void put(D* d, int i, int x, __m128i lo, __m128i hi) const {
+    if constexpr (wide) {
+      ownStore(d + x, lo);
+      ownStore(d + x + 8, hi);
+    } else {
+      if constexpr (std::is_same<D, vnx8u>::value) {
+        if (rc.exact) return ownStore(d + x, _mm_packus_epi16(rc.quotient(lo), rc.quotient(hi)));
+      }
+      ownStore(sums[i] + x, lo);
+      ownStore(sums[i] + x + 8, hi);
     }
-    ownStore(o + x, s);
-  };
-  if (w >= 8) {
-    int x = 0;
-    for (; x + 8 <= w; x += 8) at(x);
-    if (x < w) at(w - 8);  // rewrites the same values
-    return;
   }
-  for (int x = 0; x < w; ++x) {
-    int s = R1::dotScalar(a + x - r, 1);
-    if constexpr (R2::k > 0) s += R2::dotScalar(b + x - r, 1);
-    o[x] = static_cast<vnx16s>(s);
+};
+
+// Output rows y (and y + 1 when Two) from the source rows p[0..k]. From 32 columns on,
+// the column sums of each 16 columns are interleaved with the output of the 16 columns
+// before them, so the arithmetic overlaps the stores of the output; the first and last
+// 16 columns come first, since the border rule takes the column sums beyond the edges
+// from there.
+template <bool Two, class D, class C1, class R1, class C2, class R2>
+void ownRowPair8u(const vnx8u* const* p, vnx16s* const (*v)[2], D* const* d, int w, int border, vnx8u bval,
+                  const ownSink8u<D>& sink, int divisor) {
+  constexpr int nRows = Two ? 2 : 1;
+  auto edges = [&] {
+    for (int i = 0; i < nRows; ++i) {
+      ownSumEdges<C1>(v[0][i], w, border, bval);
+      if constexpr (C2::k > 0) ownSumEdges<C2>(v[1][i], w, border, bval);
+    }
+  };
+  auto out = [&](int x) {
+    for (int i = 0; i < nRows; ++i)
+      sink.put(d[i], i, x, ownRowSums8u<R1, R2>(v[0][i], v[1][i], x), ownRowSums8u<R1, R2>(v[0][i], v[1][i], x + 8));
+  };
+  if (w >= 32) {
+    ownColumnSums8u<Two, C1, C2>(p, v, 0);
+    ownColumnSums8u<Two, C1, C2>(p, v, w - 16);
+    edges();
+    // The output of 16 columns reads the sums up to 2 columns beyond them; it runs 48
+    // columns behind, so the sums it loads left the store queue an iteration ago.
+    int xo = 0;
+    for (int x = 16; x + 16 <= w; x += 16) {
+      ownColumnSums8u<Two, C1, C2>(p, v, x);
+      if (x - xo >= 48) {
+        out(xo);
+        xo += 16;
+      }
+    }
+    for (; xo + 16 <= w; xo += 16) out(xo);
+    if (xo < w) out(w - 16);  // rewrites the same values
+  } else {  // narrow rows: the sums one by one
+    for (int x = 0; x < w; ++x)
+      for (int i = 0; i < nRows; ++i) {
+        v[0][i][x] = static_cast<vnx16s>(C1::dotDown(p + i, x));
+        if constexpr (C2::k > 0) v[1][i][x] = static_cast<vnx16s>(C2::dotDown(p + i, x));
+      }
+    edges();
+    for (int i = 0; i < nRows; ++i)
+      for (int x = 0; x < w; ++x) {
+        int s = R1::dotAlong(v[0][i] + x - R1::k / 2);
+        if constexpr (R2::k > 0) s += R2::dotAlong(v[1][i] + x - R1::k / 2);
+        if constexpr (ownSink8u<D>::wide)
+          d[i][x] = static_cast<vnx16s>(s);
+        else
+          sink.sums[i][x] = static_cast<vnx16s>(s);
+      }
+  }
+  if constexpr (!ownSink8u<D>::wide) {
+    if (w < 32 || sink.later())
+      for (int i = 0; i < nRows; ++i) ownDivRow(sink.sums[i], divisor, d[i], w);
   }
 }
 
@@ -320,8 +391,8 @@ struct ownJob8u {
 };
 
 // Rows y0 .. y1 - 1 of a filter of one or two separable terms (C1 x R1 + C2 x R2), two
-// rows a step. Scratch: four rows of column sums with 16 elements of margin each, a row
-// of 16-bit sums for 8-bit outputs and a row of the border value.
+// rows a step. Scratch: four rows of column sums with 16 elements of margin each, two
+// rows of 16-bit sums for 8-bit outputs and a row of the border value.
 template <class D, class C1, class R1, class C2 = ownNoTaps, class R2 = ownNoTaps>
 void ownBand8u(const ownJob8u<D>& j, void* slice, int y0, int y1) {
   constexpr int k = C1::k, r = k / 2;
@@ -329,32 +400,23 @@ void ownBand8u(const ownJob8u<D>& j, void* slice, int y0, int y1) {
   const std::int64_t len = j.stride + 32;
   vnx16s* base = static_cast<vnx16s*>(slice);
   vnx16s* v[2][2] = {{base + 16, base + len + 16}, {base + 2 * len + 16, base + 3 * len + 16}};
-  vnx16s* sums = base + 4 * len + 16;
-  vnx8u* constRow = reinterpret_cast<vnx8u*>(base + 5 * len);
+  const ownReciprocal rc(std::is_same<D, vnx8u>::value ? j.divisor : 0);
+  const ownSink8u<D> sink{rc, {base + 4 * len + 16, base + 5 * len + 16}};
+  vnx8u* constRow = reinterpret_cast<vnx8u*>(base + 6 * len);
   if (j.border == vnxBorderConst) std::fill(constRow, constRow + w, j.bval);
   auto rowAt = [&](int yy) -> const vnx8u* {
     if (yy >= 0 && yy < j.roi.height) return ownRow(j.src, j.srcStep, yy);
     return j.border == vnxBorderConst ? constRow : ownRow(j.src, j.srcStep, ownBorderIndex(yy, j.roi.height, j.border));
   };
   for (int y = y0; y < y1; y += 2) {
-    const int rows = y + 1 < y1 ? 2 : 1;
+    const bool two = y + 1 < y1;
     const vnx8u* p[k + 1];
-    for (int i = 0; i < k + rows - 1; ++i) p[i] = rowAt(y - r + i);
-    if (rows == 2)
-      ownColumnSums8u<true, C1, C2>(p, v, w);
+    for (int i = 0; i < (two ? k + 1 : k); ++i) p[i] = rowAt(y - r + i);
+    D* const d[2] = {ownRow(j.dst, j.dstStep, y), two ? ownRow(j.dst, j.dstStep, y + 1) : nullptr};
+    if (two)
+      ownRowPair8u<true, D, C1, R1, C2, R2>(p, v, d, w, j.border, j.bval, sink, j.divisor);
     else
-      ownColumnSums8u<false, C1, C2>(p, v, w);
-    for (int i = 0; i < rows; ++i) {
-      ownSumEdges<C1>(v[0][i], w, j.border, j.bval);
-      if constexpr (C2::k > 0) ownSumEdges<C2>(v[1][i], w, j.border, j.bval);
-      D* d = ownRow(j.dst, j.dstStep, y + i);
-      if constexpr (std::is_same<D, vnx16s>::value) {
-        ownRowSums8u<R1, R2>(v[0][i], v[1][i], d, w);
-      } else {
-        ownRowSums8u<R1, R2>(v[0][i], v[1][i], sums, w);
-        ownDivRow(sums, j.divisor, d, w);
-      }
-    }
+      ownRowPair8u<false, D, C1, R1, C2, R2>(p, v, d, w, j.border, j.bval, sink, j.divisor);
   }
 }
 

@@ -332,45 +332,18 @@ void ownDivRowT(const vnx16s* s, int divisor, D* dst, int n) {
   for (; x < n; ++x) dst[x] = ownSaturate<D>(ownDivRound(s[x], divisor));
 }
 
-// 8u results of a divisor d in 2..127 (those that have such an m: 9 and 25 among them) without a division: a sum s clamped to 0..256d
-// (outside that range the result saturates to 0 or 255 anyway) gives the rounded
-// quotient floor((2s + d) / 2d), with 2s + d <= 513d < 2^16, as the high half of
-// (2s + d) * m shifted right, where m = ceil(2^L / 2d) is exact for every such
-// numerator when numerator * (m * 2d - 2^L) < 2^L.
-struct ownReciprocal {
-  int m = 0, shift = 0;  // m = 0: no exact reciprocal
-  explicit ownReciprocal(int d) {
-    if (d == 0) return;
-    const std::int64_t d2 = 2 * static_cast<std::int64_t>(d), nMax = 513 * static_cast<std::int64_t>(d);
-    for (int l = 16; l < 32; ++l) {
-      const std::int64_t m2 = ((std::int64_t{1} << l) + d2 - 1) / d2;
-      if (m2 < 65536 && nMax * (m2 * d2 - (std::int64_t{1} << l)) < (std::int64_t{1} << l)) {
-        m = static_cast<int>(m2);
-        shift = l - 16;
-        return;
-      }
-    }
-  }
-};
-
 void ownDivRowReciprocal(const vnx16s* s, const ownReciprocal& rc, int divisor, vnx8u* dst, int n) {
-  const __m128i m = _mm_set1_epi16(static_cast<short>(rc.m)), d = _mm_set1_epi16(static_cast<short>(divisor));
-  const __m128i hi = _mm_set1_epi16(static_cast<short>(256 * divisor)), shift = _mm_cvtsi32_si128(rc.shift);
-  auto quotient = [&](__m128i v) {
-    v = _mm_min_epi16(_mm_max_epi16(v, _mm_setzero_si128()), hi);
-    return _mm_srl_epi16(_mm_mulhi_epu16(_mm_add_epi16(_mm_add_epi16(v, v), d), m), shift);
-  };
   int x = 0;
   for (; x + 16 <= n; x += 16)
-    ownStore(dst + x, _mm_packus_epi16(quotient(ownLoad(s + x)), quotient(ownLoad(s + x + 8))));
+    ownStore(dst + x, _mm_packus_epi16(rc.quotient(ownLoad(s + x)), rc.quotient(ownLoad(s + x + 8))));
   for (; x < n; ++x) dst[x] = ownSaturate<vnx8u>(ownDivRound(s[x], divisor));
 }
 
 }  // namespace
 
 void ownDivRow(const vnx16s* s, int divisor, vnx8u* dst, int n) {
-  const ownReciprocal rc(divisor >= 2 && divisor <= 127 ? divisor : 0);
-  if (rc.m)
+  const ownReciprocal rc(divisor);
+  if (rc.exact)
     ownDivRowReciprocal(s, rc, divisor, dst, n);
   else
     ownDivRowT(s, divisor, dst, n);

@@ -4,6 +4,8 @@
 
 #include <cstdint>
 
+#include "simd.h"
+
 #include "own.h"
 
 // Index of the pixel that stands for position i of a line of n pixels under a border
@@ -65,6 +67,36 @@ void ownColumn(const vnx16s* const* rows, const vnx16s* kern, int k, vnx8u* dst,
 void ownColumn(const vnx16s* const* rows, const vnx16s* kern, int k, vnx8s* dst, int n, int divisor);
 // Float: the products are added top to bottom in single precision.
 void ownColumn(const vnx32f* const* rows, const vnx32f* kern, int k, vnx32f* dst, int n, int divisor);
+
+// 8u results of a divisor d in 2..127 without a division (exact is false for the few
+// divisors without such a reciprocal). A sum s clamped to 0..256d (outside that range
+// the result saturates to 0 or 255 anyway) gives the rounded quotient
+// floor((2s + d) / 2d), with 2s + d <= 513d < 2^16, as the high half of (2s + d) * m
+// shifted right, where m = ceil(2^L / 2d) is exact for every such numerator when
+// numerator * (m * 2d - 2^L) < 2^L.
+struct ownReciprocal {
+  bool exact = false;
+  __m128i m, d, hi, shift;
+  explicit ownReciprocal(int divisor) {
+    if (divisor < 2 || divisor > 127) return;
+    const std::int64_t d2 = 2 * static_cast<std::int64_t>(divisor), nMax = 513 * static_cast<std::int64_t>(divisor);
+    for (int l = 16; l < 32 && !exact; ++l) {
+      const std::int64_t m2 = ((std::int64_t{1} << l) + d2 - 1) / d2;
+      if (m2 < 65536 && nMax * (m2 * d2 - (std::int64_t{1} << l)) < (std::int64_t{1} << l)) {
+        exact = true;
+        m = _mm_set1_epi16(static_cast<short>(m2));
+        d = _mm_set1_epi16(static_cast<short>(divisor));
+        hi = _mm_set1_epi16(static_cast<short>(256 * divisor));
+        shift = _mm_cvtsi32_si128(l - 16);
+      }
+    }
+  }
+  // eight rounded quotients of 16-bit sums, 0..256 (pack with unsigned saturation)
+  __m128i quotient(__m128i s) const {
+    s = _mm_min_epi16(_mm_max_epi16(s, _mm_setzero_si128()), hi);
+    return _mm_srl_epi16(_mm_mulhi_epu16(_mm_add_epi16(_mm_add_epi16(s, s), d), m), shift);
+  }
+};
 
 // Rounded division of 16-bit sums, saturated to the destination (ownDivRound).
 void ownDivRow(const vnx16s* s, int divisor, vnx8u* dst, int n);

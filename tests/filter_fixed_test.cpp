@@ -202,7 +202,7 @@ void expectMatches(const Entry<S, D>& e, vnxiSize size, const Params& p, vt::Gua
   EXPECT_TRUE(dst.canaryIntact());
 }
 
-const vnxiSize kSmallSizes[] = {{1, 1}, {1, 9}, {9, 1}, {2, 2}, {17, 5}, {33, 7}, {6, 34}};
+const vnxiSize kSmallSizes[] = {{1, 1}, {1, 9}, {9, 1}, {2, 2}, {17, 5}, {33, 7}, {6, 34}, {48, 3}};
 const int kDivisors[] = {1, 3, -4, 7, 2};
 
 template <class S, class D, std::size_t N>
