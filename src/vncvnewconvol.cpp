@@ -1,6 +1,7 @@
 // Fixed-kernel filters with borders: Sobel, Scharr, Laplacian and box lowpass. Each
-// is one separable term (or the sum of two) run on the pipeline passes: a ring of k
-// intermediate rows filled by the row pass, then the column pass per output row.
+// is one separable term (or the sum of two), run in bands of rows with one slice of
+// the work buffer each: 32f rows, then columns over a ring of k + 1 filtered rows (the
+// order of the float sums); 8u columns, then rows, in 16-bit lanes (exact either way).
 #include <algorithm>
 #include <utility>
 
@@ -12,67 +13,8 @@
 
 namespace {
 
-// One separable term: weights left to right along x and top to bottom along y, as
-// they lie over the image (the centre weight is on the output pixel).
-template <class I>
-struct ownTerm {
-  const I* row;
-  const I* col;
-};
-
-// A filter: kernel length, one or two terms, and the divisor of the result
-// (8u outputs; 0 when the result is stored as summed).
-template <class I>
-struct ownFixed {
-  int k;
-  int nTerms;
-  ownTerm<I> term[2];
-};
-
-// Kernel tables, integer and float, by name.
-template <class I>
-struct ownTables {
-  static constexpr I d3[3] = {-1, 0, 1}, n3[3] = {1, 0, -1}, s3[3] = {1, 2, 1}, l3[3] = {1, -2, 1},
-                     sch[3] = {3, 10, 3}, one3[3] = {1, 1, 1};
-  static constexpr I d5[5] = {-1, -2, 0, 2, 1}, n5[5] = {1, 2, 0, -2, -1}, s5[5] = {1, 4, 6, 4, 1},
-                     l5[5] = {1, 0, -2, 0, 1}, one5[5] = {1, 1, 1, 1, 1};
-};
-
 enum class ownKind { SobelHoriz, SobelVert, SobelNegVert, SobelHorizSecond, SobelVertSecond, SobelCross,
                      ScharrHoriz, ScharrVert, Laplacian, Lowpass };
-
-// The weights of every member:
-//   SobelHoriz        row (1 2 1)      column (1 0 -1)        5x5: (1 4 6 4 1), (1 2 0 -2 -1)
-//   SobelVert         row (-1 0 1)     column (1 2 1)         5x5: (-1 -2 0 2 1), (1 4 6 4 1)
-//   SobelNegVert      row (1 0 -1)     column (1 2 1)         5x5: (1 2 0 -2 -1), (1 4 6 4 1)
-//   SobelHorizSecond  row (1 2 1)      column (1 -2 1)        5x5: (1 4 6 4 1), (1 0 -2 0 1)
-//   SobelVertSecond   row (1 -2 1)     column (1 2 1)         5x5: (1 0 -2 0 1), (1 4 6 4 1)
-//   SobelCross        row (-1 0 1)     column (1 0 -1)        5x5: (-1 -2 0 2 1), (1 2 0 -2 -1)
-//   ScharrHoriz       row (3 10 3)     column (1 0 -1)
-//   ScharrVert        row (-1 0 1)     column (3 10 3)
-//   Laplacian         SobelHorizSecond + SobelVertSecond: 2 0 2 / 0 -8 0 / 2 0 2 for 3x3
-//   Lowpass           ones, divided by k * k
-template <class I>
-ownFixed<I> ownFixedKernels(ownKind kind, int k) {
-  using T = ownTables<I>;
-  const bool five = k == 5;
-  const I* d = five ? T::d5 : T::d3;
-  const I* n = five ? T::n5 : T::n3;
-  const I* s = five ? T::s5 : T::s3;
-  const I* l = five ? T::l5 : T::l3;
-  switch (kind) {
-    case ownKind::SobelHoriz: return {k, 1, {{s, n}}};
-    case ownKind::SobelVert: return {k, 1, {{d, s}}};
-    case ownKind::SobelNegVert: return {k, 1, {{n, s}}};
-    case ownKind::SobelHorizSecond: return {k, 1, {{s, l}}};
-    case ownKind::SobelVertSecond: return {k, 1, {{l, s}}};
-    case ownKind::SobelCross: return {k, 1, {{d, n}}};
-    case ownKind::ScharrHoriz: return {3, 1, {{T::sch, T::n3}}};
-    case ownKind::ScharrVert: return {3, 1, {{T::d3, T::sch}}};
-    case ownKind::Laplacian: return {k, 2, {{s, l}, {l, s}}};
-    default: return {k, 1, {{five ? T::one5 : T::one3, five ? T::one5 : T::one3}}};
-  }
-}
 
 inline int ownMaskLength(int mask) { return mask == vnxMskSize5x5 ? 5 : 3; }
 inline std::int64_t ownRoundUp(std::int64_t v, int m) { return (v + m - 1) / m * m; }
@@ -110,79 +52,6 @@ vnxStatus ownFixedSize(vnxiSize roi, int mask, int* pSize, bool wide, ownKind ki
   const std::int64_t t = ownNumThreads();
   *pSize = static_cast<int>(t * (ownSliceBytes(roi, ownMaskLength(mask), wide, kind, div8s) + 32));
   return vnxStatusOk;
-}
-
-// Stores the column results of a row: the terms summed, then divided (8u, 8s),
-// scaled (float box) or stored as they are.
-struct ownOut {
-  int divisor;   // integer outputs other than 16s
-  float scale;   // float outputs; 1 = none
-};
-inline void ownStoreRow(vnx16s* const* t, int nTerms, vnx16s* dst, int n, ownOut) {
-  for (int x = 0; x < n; ++x) dst[x] = static_cast<vnx16s>(nTerms == 2 ? t[0][x] + t[1][x] : t[0][x]);
-}
-template <class D>
-void ownStoreDivided(vnx16s* const* t, int nTerms, D* dst, int n, ownOut o) {
-  if (nTerms == 2)
-    for (int x = 0; x < n; ++x) t[0][x] = static_cast<vnx16s>(t[0][x] + t[1][x]);  // bounded: fits 16 bits
-  ownDivRow(t[0], o.divisor, dst, n);
-}
-inline void ownStoreRow(vnx16s* const* t, int nTerms, vnx8u* dst, int n, ownOut o) {
-  ownStoreDivided(t, nTerms, dst, n, o);
-}
-inline void ownStoreRow(vnx16s* const* t, int nTerms, vnx8s* dst, int n, ownOut o) {
-  ownStoreDivided(t, nTerms, dst, n, o);
-}
-inline void ownStoreRow(vnx32f* const* t, int nTerms, vnx32f* dst, int n, ownOut o) {
-  for (int x = 0; x < n; ++x) {
-    const float s = nTerms == 2 ? t[0][x] + t[1][x] : t[0][x];
-    dst[x] = o.scale == 1.0f ? s : s * o.scale;
-  }
-}
-
-// Column pass of one term: 16-bit sums modulo 2^16 are exact here, since every
-// filter's sums are bounded by 255 * 64 * 2 < 2^15.
-inline void ownColumnOf(const vnx16s* const* rows, const vnx16s* kern, int k, vnx16s* dst, int n) {
-  ownColumnLow(rows, kern, k, dst, n);
-}
-inline void ownColumnOf(const vnx32f* const* rows, const vnx32f* kern, int k, vnx32f* dst, int n) {
-  ownColumn(rows, kern, k, dst, n, 1);
-}
-
-// Rows y0 .. y1 - 1 of the output. The ring keeps the k intermediate rows of source
-// rows y - k/2 .. y + k/2; rows beyond the ROI come from the border rule (a row of
-// the border value for vnxBorderConst), so the source is read only inside its ROI.
-template <class S, class I, class D>
-void ownFixedBand(const S* src, int srcStep, D* dst, int dstStep, vnxiSize roi, const ownFixed<I>& f, int border,
-                  S bval, ownOut out, void* slice, std::int64_t stride, int y0, int y1) {
-  const int k = f.k, r = k / 2, w = roi.width;
-  I* ring[2][5];
-  I* p = static_cast<I*>(slice);
-  for (int t = 0; t < f.nTerms; ++t)
-    for (int i = 0; i < k; ++i, p += stride) ring[t][i] = p;
-  I* tmp[2] = {p, p + stride};
-  S* constRow = reinterpret_cast<S*>(p + 2 * stride);
-  if (border == vnxBorderConst) std::fill(constRow, constRow + w, bval);
-  const bool direct = std::is_same<D, I>::value && f.nTerms == 1 && out.scale == 1.0f;
-
-  auto fill = [&](int j) {  // intermediate rows of source row j into their ring slots
-    const S* s = (j >= 0 && j < roi.height) ? ownRow(src, srcStep, j)
-                 : border == vnxBorderConst ? constRow
-                                            : ownRow(src, srcStep, ownBorderIndex(j, roi.height, border));
-    const int slot = (j - y0 + r) % k;
-    for (int t = 0; t < f.nTerms; ++t) ownRowPass(s, w, 1, ring[t][slot], f.term[t].row, k, r, border, bval, 1, false);
-  };
-  for (int j = y0 - r; j < y0 + r; ++j) fill(j);
-  for (int y = y0; y < y1; ++y) {
-    fill(y + r);
-    D* d = ownRow(dst, dstStep, y);
-    for (int t = 0; t < f.nTerms; ++t) {
-      const I* rows[5];
-      for (int i = 0; i < k; ++i) rows[i] = ring[t][(y - r + i - y0 + r) % k];
-      ownColumnOf(rows, f.term[t].col, k, direct ? reinterpret_cast<I*>(d) : tmp[t], w);
-    }
-    if (!direct) ownStoreRow(tmp, f.nTerms, d, w, out);
-  }
 }
 
 // ---- 8u sources: columns first, in 16-bit lanes -----------------------------------
@@ -237,6 +106,31 @@ struct ownTaps {
     else if constexpr (T == 4) return _mm_add_epi16(acc, _mm_slli_epi16(v, 2));
     else if constexpr (T == -8) return _mm_sub_epi16(acc, _mm_slli_epi16(v, 3));
     else return _mm_add_epi16(acc, _mm_mullo_epi16(v, _mm_set1_epi16(T)));
+  }
+  // Float sum in the order of the taps, ((t0 v0 + t1 v1) + t2 v2) ..., every product
+  // formed as the reference forms it, except where another form gives the same bits
+  // for every input: 1 * v is v, 2 * v is v + v, acc + (-1 * v) is acc - v and
+  // acc + (-2 * v) is acc - (v + v). A zero tap keeps its product (0 * inf is NaN).
+  static __m128 dotf(const __m128* v) { return dotfOf(v, std::make_index_sequence<k - 1>()); }
+  template <std::size_t... I>
+  static __m128 dotfOf(const __m128* v, std::index_sequence<I...>) {
+    __m128 acc = firstf<tap[0]>(v[0]);
+    ((acc = macf<tap[I + 1]>(acc, v[I + 1])), ...);
+    return acc;
+  }
+  template <int T>
+  static __m128 firstf(__m128 v) {
+    if constexpr (T == 1) return v;
+    else if constexpr (T == 2) return _mm_add_ps(v, v);
+    else return _mm_mul_ps(_mm_set1_ps(static_cast<float>(T)), v);
+  }
+  template <int T>
+  static __m128 macf(__m128 acc, __m128 v) {
+    if constexpr (T == 1) return _mm_add_ps(acc, v);
+    else if constexpr (T == -1) return _mm_sub_ps(acc, v);
+    else if constexpr (T == 2) return _mm_add_ps(acc, _mm_add_ps(v, v));
+    else if constexpr (T == -2) return _mm_sub_ps(acc, _mm_add_ps(v, v));
+    else return _mm_add_ps(acc, _mm_mul_ps(_mm_set1_ps(static_cast<float>(T)), v));
   }
   static int dotAlong(const vnx16s* v) {  // v[0], v[1], ...
     int s = 0;
@@ -420,12 +314,167 @@ void ownBand8u(const ownJob8u<D>& j, void* slice, int y0, int y1) {
   }
 }
 
+// ---- 32f sources: rows, then columns, in the order of the weights ------------------
+// Each source row is filtered along x into a ring of k + 1 rows, straight from the
+// source inside and through a few padded pixels (the k/2 outside pixels from the border
+// rule) at the two edges; two output rows a step combine k + 1 ring rows. Every vector
+// is whole: the edge vectors and the output's last vector overlap the inner ones (rows
+// narrower than 8 + 2 * (k/2) go through one padded row).
+
+struct ownJob32f {
+  const vnx32f* src;
+  int srcStep;
+  vnx32f* dst;
+  int dstStep;
+  vnxiSize roi;
+  int border;
+  vnx32f bval;
+  float scale;  // Lowpass: 1 / (k * k); 1 otherwise (not applied)
+  std::int64_t stride;
+};
+
+// Four row-pass results from p[x - r ..] of each term into a[x], b[x].
+template <class R1, class R2>
+inline void ownRowVector32f(const float* p, float* a, float* b, int x) {
+  __m128 v[R1::k];
+  for (int i = 0; i < R1::k; ++i) v[i] = _mm_loadu_ps(p + x - R1::k / 2 + i);
+  _mm_storeu_ps(a + x, R1::dotf(v));
+  if constexpr (R2::k > 0) _mm_storeu_ps(b + x, R2::dotf(v));
+}
+
+// Output rows from the ring rows rows[t][0 ..] of each term: row i from rows i .. i + k - 1.
+// The last one or two ring rows (the new ones) are filtered along x in the same loop
+// from their source rows src[i] where every tap lies inside the row (their edges and
+// rows without a source pointer are in the ring already), so reading the source
+// overlaps writing the output.
+template <bool Two, bool Scaled, class C1, class R1, class C2, class R2>
+void ownColumns32f(float* const (*rows)[C1::k + 1], const float* const* src, float* const* d, int w,
+                   __m128 scale) {
+  constexpr int nNew = Two ? 2 : 1, r = R1::k / 2;
+  auto at = [&](int x, float* const* to, int xo) {
+    if (x >= r && x + 4 + r <= w)
+      for (int i = 0; i < nNew; ++i)
+        if (src[i]) ownRowVector32f<R1, R2>(src[i], rows[0][C1::k - 1 + i], rows[1][C1::k - 1 + i], x);
+    __m128 v1[C1::k + 1], v2[C1::k + 1];
+    for (int i = 0; i < (Two ? C1::k + 1 : C1::k); ++i) {
+      v1[i] = _mm_loadu_ps(rows[0][i] + x);
+      if constexpr (C2::k > 0) v2[i] = _mm_loadu_ps(rows[1][i] + x);
+    }
+    for (int i = 0; i < (Two ? 2 : 1); ++i) {
+      __m128 s = C1::dotf(v1 + i);
+      if constexpr (C2::k > 0) s = _mm_add_ps(s, C2::dotf(v2 + i));
+      if constexpr (Scaled) s = _mm_mul_ps(s, scale);
+      _mm_storeu_ps(to[i] + xo, s);
+    }
+  };
+  if (w >= 4) {
+    int x = 0;
+    for (; x + 4 <= w; x += 4) at(x, d, x);
+    if (x < w) at(w - 4, d, w - 4);  // rewrites the same values
+  } else {
+    float tmp[2][4];
+    float* const to[2] = {tmp[0], tmp[1]};
+    at(0, to, 0);
+    for (int i = 0; i < (Two ? 2 : 1); ++i) std::copy(tmp[i], tmp[i] + w, d[i]);
+  }
+}
+
+template <class C1, class R1, class C2 = ownNoTaps, class R2 = ownNoTaps>
+void ownBand32f(const ownJob32f& j, void* slice, int y0, int y1) {
+  constexpr int k = C1::k, r = k / 2, nTerms = C2::k > 0 ? 2 : 1;
+  const int w = j.roi.width, h = j.roi.height;
+  const std::int64_t len = j.stride;
+  float* ring[2][k + 1] = {};
+  float* q = static_cast<float*>(slice);
+  for (int t = 0; t < nTerms; ++t)
+    for (int i = 0; i <= k; ++i, q += len) ring[t][i] = q;
+  float* pad = q;  // narrow rows: pad[r + x] is pixel x, zeros after the row
+  std::fill(pad, pad + len + 16, 0.0f);
+  const bool narrow = w < 8 + 2 * r;
+
+  // Source row yy along x into its ring slot; with interior false only the edges of
+  // a row read from the source, whose pointer is returned (null when the row is done).
+  auto rowPass = [&](int yy, bool interior) -> const float* {
+    const bool outside = yy < 0 || yy >= h;
+    const vnx32f* s = outside && j.border == vnxBorderConst
+                          ? nullptr
+                          : ownRow(j.src, j.srcStep, outside ? ownBorderIndex(yy, h, j.border) : yy);
+    auto pixel = [&](int xi) {
+      return !s ? j.bval : xi >= 0 && xi < w ? s[xi] : j.border == vnxBorderConst ? j.bval : s[ownBorderIndex(xi, w, j.border)];
+    };
+    const int slot = (yy - y0 + r) % (k + 1);
+    float* a = ring[0][slot];
+    float* b = ring[1][slot];
+    if (narrow) {
+      for (int x = -r; x < w + r; ++x) pad[r + x] = pixel(x);
+      for (int x = 0; x < w; x += 4) ownRowVector32f<R1, R2>(pad + r, a, b, x);
+      return nullptr;
+    }
+    float e[2][8 + 2 * r];  // pixels -r .. 7 + r and w - 8 - r .. w - 1 + r
+    for (int i = 0; i < 8 + 2 * r; ++i) {
+      e[0][i] = pixel(i - r);
+      e[1][i] = pixel(w - 8 - r + i);
+    }
+    if (!s) {  // a row of the border value
+      for (int x = 0; x < w; x += 4) ownRowVector32f<R1, R2>(e[0] + r - std::min(x, w - 4), a, b, std::min(x, w - 4));
+      return nullptr;
+    }
+    ownRowVector32f<R1, R2>(e[0] + r, a, b, 0);
+    ownRowVector32f<R1, R2>(e[1] + r - (w - 8), a, b, w - 8);
+    ownRowVector32f<R1, R2>(e[1] + r - (w - 8), a, b, w - 4);
+    if (!interior) return s;
+    for (int x = r; x + 4 + r <= w; x += 4) ownRowVector32f<R1, R2>(s, a, b, x);  // up to w - 5 at least
+    return nullptr;
+  };
+
+  const bool scaled = j.scale != 1.0f;
+  const __m128 scale = _mm_set1_ps(j.scale);
+  for (int yy = y0 - r; yy < y0 + r; ++yy) rowPass(yy, true);
+  for (int y = y0; y < y1; y += 2) {
+    const bool two = y + 1 < y1;
+    const float* src[2] = {rowPass(y + r, false), two ? rowPass(y + r + 1, false) : nullptr};
+    float* rows[2][k + 1] = {};
+    for (int t = 0; t < nTerms; ++t)
+      for (int i = 0; i < (two ? k + 1 : k); ++i) rows[t][i] = ring[t][(y - r + i - y0 + r) % (k + 1)];
+    float* const d[2] = {ownRow(j.dst, j.dstStep, y), two ? ownRow(j.dst, j.dstStep, y + 1) : nullptr};
+    if (two)
+      scaled ? ownColumns32f<true, true, C1, R1, C2, R2>(rows, src, d, w, scale)
+             : ownColumns32f<true, false, C1, R1, C2, R2>(rows, src, d, w, scale);
+    else
+      scaled ? ownColumns32f<false, true, C1, R1, C2, R2>(rows, src, d, w, scale)
+             : ownColumns32f<false, false, C1, R1, C2, R2>(rows, src, d, w, scale);
+  }
+}
+
+using ownBand32fFn = void (*)(const ownJob32f&, void*, int, int);
+
 template <class D>
 using ownBand8uFn = void (*)(const ownJob8u<D>&, void*, int, int);
-
-// The band kernel of each 8u member: column taps top to bottom, row taps left to right.
 template <class D>
-ownBand8uFn<D> ownPickBand8u(ownKind kind, int k) {
+struct ownMake8u {
+  template <class C1, class R1, class C2 = ownNoTaps, class R2 = ownNoTaps>
+  static constexpr ownBand8uFn<D> band = ownBand8u<D, C1, R1, C2, R2>;
+};
+struct ownMake32f {
+  template <class C1, class R1, class C2 = ownNoTaps, class R2 = ownNoTaps>
+  static constexpr ownBand32fFn band = ownBand32f<C1, R1, C2, R2>;
+};
+
+// The band kernel of each member, column taps top to bottom, row taps left to right:
+//   SobelHoriz        column (1 0 -1)      row (1 2 1)      5x5: (1 2 0 -2 -1), (1 4 6 4 1)
+//   SobelVert         column (1 2 1)       row (-1 0 1)     5x5: (1 4 6 4 1), (-1 -2 0 2 1)
+//   SobelNegVert      column (1 2 1)       row (1 0 -1)     5x5: (1 4 6 4 1), (1 2 0 -2 -1)
+//   SobelHorizSecond  column (1 -2 1)      row (1 2 1)      5x5: (1 0 -2 0 1), (1 4 6 4 1)
+//   SobelVertSecond   column (1 2 1)       row (1 -2 1)     5x5: (1 4 6 4 1), (1 0 -2 0 1)
+//   SobelCross        column (1 0 -1)      row (-1 0 1)     5x5: (1 2 0 -2 -1), (-1 -2 0 2 1)
+//   ScharrHoriz       column (1 0 -1)      row (3 10 3)
+//   ScharrVert        column (3 10 3)      row (-1 0 1)
+//   Laplacian         SobelHorizSecond + SobelVertSecond: 2 0 2 / 0 -8 0 / 2 0 2 for 3x3,
+//                     which the 8u members take as column (2 0 2) x row (1 0 1) plus
+//                     column (0 -8 0) x row (0 1 0) (one row pass instead of two)
+//   Lowpass           ones
+template <class M>
+auto ownPickBand(ownKind kind, int k) {
   using D3 = ownTaps<-1, 0, 1>;
   using N3 = ownTaps<1, 0, -1>;
   using S3 = ownTaps<1, 2, 1>;
@@ -436,18 +485,23 @@ ownBand8uFn<D> ownPickBand8u(ownKind kind, int k) {
   using L5 = ownTaps<1, 0, -2, 0, 1>;
   const bool five = k == 5;
   switch (kind) {
-    case ownKind::SobelHoriz: return five ? ownBand8u<D, N5, S5> : ownBand8u<D, N3, S3>;
-    case ownKind::SobelVert: return five ? ownBand8u<D, S5, D5> : ownBand8u<D, S3, D3>;
-    case ownKind::SobelNegVert: return five ? ownBand8u<D, S5, N5> : ownBand8u<D, S3, N3>;
-    case ownKind::SobelHorizSecond: return five ? ownBand8u<D, L5, S5> : ownBand8u<D, L3, S3>;
-    case ownKind::SobelVertSecond: return five ? ownBand8u<D, S5, L5> : ownBand8u<D, S3, L3>;
-    case ownKind::SobelCross: return five ? ownBand8u<D, N5, D5> : ownBand8u<D, N3, D3>;
-    case ownKind::ScharrHoriz: return ownBand8u<D, N3, ownTaps<3, 10, 3>>;
-    case ownKind::ScharrVert: return ownBand8u<D, ownTaps<3, 10, 3>, D3>;
-    // 3x3: 2 0 2 / 0 -8 0 / 2 0 2 as column (2 0 2) x row (1 0 1) plus column (0 -8 0) x row (0 1 0)
+    case ownKind::SobelHoriz: return five ? M::template band<N5, S5> : M::template band<N3, S3>;
+    case ownKind::SobelVert: return five ? M::template band<S5, D5> : M::template band<S3, D3>;
+    case ownKind::SobelNegVert: return five ? M::template band<S5, N5> : M::template band<S3, N3>;
+    case ownKind::SobelHorizSecond: return five ? M::template band<L5, S5> : M::template band<L3, S3>;
+    case ownKind::SobelVertSecond: return five ? M::template band<S5, L5> : M::template band<S3, L3>;
+    case ownKind::SobelCross: return five ? M::template band<N5, D5> : M::template band<N3, D3>;
+    case ownKind::ScharrHoriz: return M::template band<N3, ownTaps<3, 10, 3>>;
+    case ownKind::ScharrVert: return M::template band<ownTaps<3, 10, 3>, D3>;
     case ownKind::Laplacian:
-      return five ? ownBand8u<D, L5, S5, S5, L5> : ownBand8u<D, ownTaps<2, 0, 2>, ownTaps<1, 0, 1>, ownTaps<0, -8, 0>, ownTaps<0, 1, 0>>;
-    default: return five ? ownBand8u<D, ownTaps<1, 1, 1, 1, 1>, ownTaps<1, 1, 1, 1, 1>> : ownBand8u<D, ownTaps<1, 1, 1>, ownTaps<1, 1, 1>>;
+      if (five) return M::template band<L5, S5, S5, L5>;
+      if constexpr (std::is_same<M, ownMake32f>::value)
+        return M::template band<L3, S3, S3, L3>;
+      else
+        return M::template band<ownTaps<2, 0, 2>, ownTaps<1, 0, 1>, ownTaps<0, -8, 0>, ownTaps<0, 1, 0>>;
+    default:
+      return five ? M::template band<ownTaps<1, 1, 1, 1, 1>, ownTaps<1, 1, 1, 1, 1>>
+                  : M::template band<ownTaps<1, 1, 1>, ownTaps<1, 1, 1>>;
   }
 }
 
@@ -463,7 +517,6 @@ template <class S, class D>
 vnxStatus ownFixedFilter(const S* pSrc, int srcStep, D* pDst, int dstStep, vnxiSize roi, int mask, int border,
                          S bval, int divisor, const vnx8u* pBuffer, ownKind kind, bool hasDivisor) {
   constexpr bool wide = std::is_same<S, vnx32f>::value;
-  using I = typename std::conditional<wide, vnx32f, vnx16s>::type;
   if (vnxStatus st = ownCheck({pSrc, pDst, pBuffer}, roi, {ownImg<S>(srcStep, roi.width), ownImg<D>(dstStep, roi.width)}))
     return st;
   if (border < vnxBorderConst || border > vnxBorderMirrorR) return vnxStatusBadArg;
@@ -471,13 +524,8 @@ vnxStatus ownFixedFilter(const S* pSrc, int srcStep, D* pDst, int dstStep, vnxiS
   if (mask != vnxMskSize3x3 && mask != vnxMskSize5x5) return vnxStatusBadMaskSize;
 
   const int k = ownMaskLength(mask);
-  const ownFixed<I> f = ownFixedKernels<I>(kind, k);
-  ownOut out{hasDivisor ? divisor : 1, 1.0f};
-  if (kind == ownKind::Lowpass) {
-    out.divisor = k * k;
-    out.scale = 1.0f / static_cast<float>(k * k);
-  }
-  const std::int64_t slice = ownSliceBytes(roi, f.k, wide, kind, hasDivisor) + 32;
+  const bool box = kind == ownKind::Lowpass;
+  const std::int64_t slice = ownSliceBytes(roi, k, wide, kind, hasDivisor) + 32;
   const std::int64_t stride = ownStride(roi.width, wide, kind);
   const int t = ownNumThreads();
   const bool bands = t > 1 && !omp_in_parallel() && !ownSingleCoreDie() &&
@@ -488,13 +536,14 @@ vnxStatus ownFixedFilter(const S* pSrc, int srcStep, D* pDst, int dstStep, vnxiS
     return reinterpret_cast<void*>((base + 31) & ~static_cast<std::uintptr_t>(31));
   };
   if constexpr (!wide) {
-    const ownJob8u<D> job{pSrc, srcStep, pDst, dstStep, roi, border, bval, out.divisor, stride};
-    const ownBand8uFn<D> band = ownPickBand8u<D>(kind, f.k);
+    const ownJob8u<D> job{pSrc, srcStep, pDst, dstStep, roi, border, bval, box ? k * k : divisor, stride};
+    const ownBand8uFn<D> band = ownPickBand<ownMake8u<D>>(kind, k);
     ownRunBands(ownBandSplit{roi.height, nBands}, [&](int b, int y0, int y1) { band(job, sliceOf(b), y0, y1); });
   } else {
-    ownRunBands(ownBandSplit{roi.height, nBands}, [&](int b, int y0, int y1) {
-      ownFixedBand(pSrc, srcStep, pDst, dstStep, roi, f, border, bval, out, sliceOf(b), stride, y0, y1);
-    });
+    const ownJob32f job{pSrc, srcStep, pDst, dstStep, roi, border, bval,
+                        box ? 1.0f / static_cast<float>(k * k) : 1.0f, stride};
+    const ownBand32fFn band = ownPickBand<ownMake32f>(kind, k);
+    ownRunBands(ownBandSplit{roi.height, nBands}, [&](int b, int y0, int y1) { band(job, sliceOf(b), y0, y1); });
   }
   return vnxStatusOk;
 }
