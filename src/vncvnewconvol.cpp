@@ -63,7 +63,9 @@ vnxStatus ownFixedSize(vnxiSize roi, int mask, int* pSize, bool wide, ownKind ki
 // times the border value). Every sum fits 16 bits (at most 255 * 64 * 2 < 2^15), so
 // 16-bit lanes give it exactly.
 
-// A 1-D kernel known at compile time, taps in the order they lie over the image.
+// A 1-D kernel known at compile time, taps in the order they lie over the image. The
+// per-vector helpers of the filters are forced inline: a call would cost more than
+// their arithmetic.
 template <int... K>
 struct ownTaps {
   static constexpr int k = sizeof...(K);
@@ -76,7 +78,7 @@ struct ownTaps {
   }
   // sum of tap i times v[i], with adds and shifts for the small taps; a symmetric kernel
   // first adds the two pixels of each pair of equal taps, an antisymmetric one subtracts
-  static __m128i dot(const __m128i* v) {
+  [[gnu::always_inline]] static __m128i dot(const __m128i* v) {
     if constexpr (k > 1 && (mirrored(1) || mirrored(-1)))
       return dotPairs(v, std::make_index_sequence<k / 2>());
     else
@@ -111,7 +113,7 @@ struct ownTaps {
   // formed as the reference forms it, except where another form gives the same bits
   // for every input: 1 * v is v, 2 * v is v + v, acc + (-1 * v) is acc - v and
   // acc + (-2 * v) is acc - (v + v). A zero tap keeps its product (0 * inf is NaN).
-  static __m128 dotf(const __m128* v) { return dotfOf(v, std::make_index_sequence<k - 1>()); }
+  [[gnu::always_inline]] static __m128 dotf(const __m128* v) { return dotfOf(v, std::make_index_sequence<k - 1>()); }
   template <std::size_t... I>
   static __m128 dotfOf(const __m128* v, std::index_sequence<I...>) {
     __m128 acc = firstf<tap[0]>(v[0]);
@@ -148,7 +150,7 @@ using ownNoTaps = ownTaps<>;
 // Column sums of output rows y (and y + 1 when Two) of each term, 16 columns from x,
 // from the rows p[0..k].
 template <bool Two, class C1, class C2>
-inline void ownColumnSums8u(const vnx8u* const* p, vnx16s* const (*v)[2], int x) {
+[[gnu::always_inline]] inline void ownColumnSums8u(const vnx8u* const* p, vnx16s* const (*v)[2], int x) {
   __m128i lo[C1::k + 1], hi[C1::k + 1];
   for (int i = 0; i < (Two ? C1::k + 1 : C1::k); ++i) {
     const __m128i b = ownLoad(p[i] + x);
@@ -167,7 +169,7 @@ inline void ownColumnSums8u(const vnx8u* const* p, vnx16s* const (*v)[2], int x)
 
 // Eight row-pass sums from x over the column sums a (term 1) and b (term 2).
 template <class R1, class R2>
-inline __m128i ownRowSums8u(const vnx16s* a, const vnx16s* b, int x) {
+[[gnu::always_inline]] inline __m128i ownRowSums8u(const vnx16s* a, const vnx16s* b, int x) {
   __m128i t[R1::k];
   for (int i = 0; i < R1::k; ++i) t[i] = ownLoad(a + x - R1::k / 2 + i);
   __m128i s = R1::dot(t);
@@ -335,7 +337,7 @@ struct ownJob32f {
 
 // Four row-pass results from p[x - r ..] of each term into a[x], b[x].
 template <class R1, class R2>
-inline void ownRowVector32f(const float* p, float* a, float* b, int x) {
+[[gnu::always_inline]] inline void ownRowVector32f(const float* p, float* a, float* b, int x) {
   __m128 v[R1::k];
   for (int i = 0; i < R1::k; ++i) v[i] = _mm_loadu_ps(p + x - R1::k / 2 + i);
   _mm_storeu_ps(a + x, R1::dotf(v));
