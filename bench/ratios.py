@@ -1,17 +1,17 @@
 #!/usr/bin/env python3
 """Reads Google Benchmark JSON files and prints, for each case measured by both
-libraries, OpenCV's median time over ours (above 1: we are faster)."""
+libraries, OpenCV's median time over ours (above 1: we are faster). A case
+measured in several files keeps its best median."""
 import json
 import sys
 
 med = {}
-benchmarks = [b for path in sys.argv[1:] for b in json.load(open(path))["benchmarks"]]
-for b in benchmarks:
-    if b.get("aggregate_name") == "median" or b.get("run_type") == "iteration" and "aggregate_name" not in b:
-        name = b["run_name"] if "run_name" in b else b["name"]
-        med.setdefault(name, b["real_time"])
-        if b.get("aggregate_name") == "median":
-            med[name] = b["real_time"]
+for path in sys.argv[1:]:
+    for b in json.load(open(path))["benchmarks"]:
+        if b.get("aggregate_name") != "median":
+            continue
+        name = b["run_name"]
+        med[name] = min(med.get(name, float("inf")), b["real_time"])
 rows = []
 for name, t in med.items():
     if name.startswith("vnx:"):
