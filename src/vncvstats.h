@@ -109,6 +109,7 @@ struct ownLanes8 {
   static std::uint64_t flushSq(__m128i a) { return ownSumU32(a); }
   static __m128i max(__m128i a, __m128i b) { return _mm_max_epu8(a, b); }
   static __m128i min(__m128i a, __m128i b) { return _mm_min_epu8(a, b); }
+  static __m128i splat(unsigned v) { return _mm_set1_epi8(static_cast<char>(v)); }
   static unsigned hmax(__m128i m) {
     m = _mm_max_epu8(m, _mm_srli_si128(m, 8));
     m = _mm_max_epu8(m, _mm_srli_si128(m, 4));
@@ -158,6 +159,7 @@ struct ownLanes16 {
   // unsigned 16-bit max and min from saturating differences (SSE2 has only signed ones)
   static __m128i max(__m128i a, __m128i b) { return _mm_add_epi16(_mm_subs_epu16(a, b), b); }
   static __m128i min(__m128i a, __m128i b) { return _mm_sub_epi16(a, _mm_subs_epu16(a, b)); }
+  static __m128i splat(unsigned v) { return _mm_set1_epi16(static_cast<short>(v)); }
   static unsigned hmax(__m128i m) {
     m = max(m, _mm_srli_si128(m, 8));
     m = max(m, _mm_srli_si128(m, 4));
@@ -255,26 +257,6 @@ void ownSumsRow_sse2(const Src& src, const vnx8u* sel, int n, ownIntSums& acc) {
   constexpr int kVecs = 16 / L::kPerVec;
   __m128i s = _mm_setzero_si128(), q = _mm_setzero_si128();
   int x = 0;
-  if constexpr (L::kPerVec == 16) {
-    if (!sel) {  // unmasked bytes: 32 a step, even and odd bytes squared apart, four running sums
-      const __m128i lowBytes = _mm_set1_epi16(0xff), z = _mm_setzero_si128();
-      __m128i s1 = z, q1 = z, q2 = z, q3 = z;
-      for (; x + 32 <= n; x += 32) {
-        const __m128i v0 = src.vec(x), v1 = src.vec(x + 16);
-        if (What & kOwnSum) s = _mm_add_epi64(s, _mm_sad_epu8(v0, z)), s1 = _mm_add_epi64(s1, _mm_sad_epu8(v1, z));
-        if (What & kOwnSq) {
-          const __m128i e0 = _mm_and_si128(v0, lowBytes), o0 = _mm_srli_epi16(v0, 8);
-          const __m128i e1 = _mm_and_si128(v1, lowBytes), o1 = _mm_srli_epi16(v1, 8);
-          q = _mm_add_epi32(q, _mm_madd_epi16(e0, e0));
-          q1 = _mm_add_epi32(q1, _mm_madd_epi16(o0, o0));
-          q2 = _mm_add_epi32(q2, _mm_madd_epi16(e1, e1));
-          q3 = _mm_add_epi32(q3, _mm_madd_epi16(o1, o1));
-        }
-      }
-      s = _mm_add_epi64(s, s1);
-      q = _mm_add_epi32(_mm_add_epi32(q, q1), _mm_add_epi32(q2, q3));
-    }
-  }
   for (; x + 16 <= n; x += 16) {
     __m128i v[kVecs];
     for (int i = 0; i < kVecs; ++i) v[i] = src.vec(x + i * L::kPerVec);
@@ -292,6 +274,75 @@ void ownSumsRow_sse2(const Src& src, const vnx8u* sel, int n, ownIntSums& acc) {
   if (What & kOwnSq) acc.sq += L::flushSq(q);
   ownSumsRow<What>(src, sel, x, n, acc);
 }
+
+// Sum and sum of squares of every sample of many one-channel 8-bit rows. The
+// running sums stay in registers from row to row, so a row costs no reduction:
+// sums of eight bytes in 64-bit lanes (a sum of absolute differences against
+// zero), squares in two sets of 32-bit lanes (bytes widened to words and squared
+// in pairs), each lane gaining two squares per 16 bytes. Before a lane can hold
+// more than kSquaresPerLane squares (65536 * 255^2 < 2^32) the square lanes are
+// widened into 64-bit totals. 64 bytes a step with independent running sums hide
+// the latency; the last whole vectors one at a time, then single samples.
+template <class Src>
+class ownByteSums {
+  static_assert(Src::Lanes::kPerVec == 16, "one byte a sample");
+
+ public:
+  static constexpr int kSquaresPerLane = 65536;
+
+  void row(const Src& src, int n) {
+    int x = 0;
+    while (n - x >= 16) {
+      if (pending_ >= kSquaresPerLane) flush();
+      const int vecs = std::min((n - x) / 16, (kSquaresPerLane - pending_) / 2);
+      const int end = x + 16 * vecs;
+      pending_ += 2 * vecs;
+      for (; x + 64 <= end; x += 64) {
+        const __m128i v0 = src.vec(x), v1 = src.vec(x + 16), v2 = src.vec(x + 32), v3 = src.vec(x + 48);
+        s_ = _mm_add_epi64(s_, _mm_add_epi64(_mm_add_epi64(sum8(v0), sum8(v1)), _mm_add_epi64(sum8(v2), sum8(v3))));
+        __m128i h0, h1, h2, h3;
+        const __m128i l0 = squares(v0, h0), l1 = squares(v1, h1), l2 = squares(v2, h2), l3 = squares(v3, h3);
+        q0_ = _mm_add_epi32(q0_, _mm_add_epi32(_mm_add_epi32(l0, l1), _mm_add_epi32(l2, l3)));
+        q1_ = _mm_add_epi32(q1_, _mm_add_epi32(_mm_add_epi32(h0, h1), _mm_add_epi32(h2, h3)));
+      }
+      for (; x < end; x += 16) {
+        const __m128i v = src.vec(x);
+        __m128i h;
+        s_ = _mm_add_epi64(s_, sum8(v));
+        q0_ = _mm_add_epi32(q0_, squares(v, h));
+        q1_ = _mm_add_epi32(q1_, h);
+      }
+    }
+    ownSumsRow<kOwnSum | kOwnSq>(src, nullptr, x, n, tail_);
+  }
+
+  ownIntSums total() {
+    flush();
+    return {tail_.sum + ownLanes8::ownSumU64(s_), tail_.sq + ownLanes8::ownSumU64(qt_)};
+  }
+
+ private:
+  static __m128i sum8(__m128i v) { return _mm_sad_epu8(v, _mm_setzero_si128()); }
+  // Squares of the low eight bytes, added in pairs; hi gets those of the high eight.
+  static __m128i squares(__m128i v, __m128i& hi) {
+    const __m128i z = _mm_setzero_si128();
+    const __m128i lo = _mm_unpacklo_epi8(v, z);
+    hi = _mm_unpackhi_epi8(v, z);
+    hi = _mm_madd_epi16(hi, hi);
+    return _mm_madd_epi16(lo, lo);
+  }
+  void flush() {
+    const __m128i z = _mm_setzero_si128();
+    qt_ = _mm_add_epi64(qt_, _mm_add_epi64(_mm_unpacklo_epi32(q0_, z), _mm_unpackhi_epi32(q0_, z)));
+    qt_ = _mm_add_epi64(qt_, _mm_add_epi64(_mm_unpacklo_epi32(q1_, z), _mm_unpackhi_epi32(q1_, z)));
+    q0_ = q1_ = z;
+    pending_ = 0;
+  }
+
+  __m128i s_ = _mm_setzero_si128(), q0_ = _mm_setzero_si128(), q1_ = _mm_setzero_si128(), qt_ = _mm_setzero_si128();
+  int pending_ = 0;  // squares in each 32-bit lane of q0_ and q1_, at most
+  ownIntSums tail_{0, 0};
+};
 
 // Largest selected value, at least m (32f: NaN samples are skipped).
 template <class Src, class V>
@@ -560,6 +611,13 @@ using ownSumsOf = typename std::conditional<std::is_same<T, vnx32f>::value, ownF
 template <int What, class T>
 ownMeanPart<ownSumsOf<T>> ownMeanBand(const ownStatArgs<T>& a, int y0, int y1, ownSum32fKernel kernel) {
   ownMeanPart<ownSumsOf<T>> p{};
+  if constexpr (sizeof(T) == 1) {
+    if (!a.mask && a.channels == 1) {  // every byte of every row: sums kept in registers over the band
+      ownByteSums<ownPlainSrc<T>> sums;
+      for (int y = y0; y < y1; ++y) sums.row(ownPlainSrc<T>{a.row(y)}, a.roi.width);
+      return {sums.total(), static_cast<std::int64_t>(a.roi.width) * (y1 - y0)};
+    }
+  }
   ownSampleRuns runs(a.layout());
   for (int y = y0; y < y1; ++y) {
     const T* s = a.row(y);
@@ -714,6 +772,52 @@ ownExtremaPart<T> ownExtremaBand(const ownStatArgs<T>& a, int y0, int y1) {
   return p;
 }
 
+// One-channel integer rows without a mask: each row runs through vector minima and
+// maxima only (64 bytes a step, two running values of each), and is reduced to
+// scalars only when some lane is strictly beyond the band's extreme so far, which
+// after the first rows is rare; equal values never move the recorded row.
+template <class T>
+ownExtremaPart<T> ownPlainExtremaBand(const ownStatArgs<T>& a, int y0, int y1) {
+  using Src = ownPlainSrc<T>;
+  using L = typename Src::Lanes;
+  constexpr int kStep = 4 * L::kPerVec;
+  const int w = a.roi.width;
+  ownExtremaPart<T> p{L::kTop, 0, 0, 0, true};
+  __m128i curMin = L::splat(p.mn), curMax = L::splat(p.mx);
+  for (int y = y0; y < y1; ++y) {
+    const Src src{a.row(y)};
+    __m128i lo0 = L::splat(L::kTop), lo1 = lo0, hi0 = _mm_setzero_si128(), hi1 = hi0;
+    int x = 0;
+    for (; x + kStep <= w; x += kStep) {
+      const __m128i v0 = src.vec(x), v1 = src.vec(x + L::kPerVec);
+      const __m128i v2 = src.vec(x + 2 * L::kPerVec), v3 = src.vec(x + 3 * L::kPerVec);
+      lo0 = L::min(lo0, L::min(v0, v1));
+      lo1 = L::min(lo1, L::min(v2, v3));
+      hi0 = L::max(hi0, L::max(v0, v1));
+      hi1 = L::max(hi1, L::max(v2, v3));
+    }
+    for (; x + L::kPerVec <= w; x += L::kPerVec) {
+      const __m128i v = src.vec(x);
+      lo0 = L::min(lo0, v);
+      hi0 = L::max(hi0, v);
+    }
+    lo0 = L::min(lo0, lo1);
+    hi0 = L::max(hi0, hi1);
+    unsigned tailMin = L::kTop, tailMax = 0;
+    ownMinMaxRow(src, nullptr, x, w, tailMin, tailMax);
+    // a lane below the minimum so far leaves min(lane, minimum) unequal to the minimum
+    if (_mm_movemask_epi8(_mm_cmpeq_epi8(L::min(lo0, curMin), curMin)) != 0xffff || tailMin < p.mn) {
+      const unsigned m = std::min(L::hmin(lo0), tailMin);
+      if (m < p.mn) p.mn = m, p.mnRow = y, curMin = L::splat(m);
+    }
+    if (_mm_movemask_epi8(_mm_cmpeq_epi8(L::max(hi0, curMax), curMax)) != 0xffff || tailMax > p.mx) {
+      const unsigned m = std::max(L::hmax(hi0), tailMax);
+      if (m > p.mx) p.mx = m, p.mxRow = y, curMax = L::splat(m);
+    }
+  }
+  return p;
+}
+
 // Column of the first selected sample equal to v in row y; 0 when there is none.
 template <class T>
 int ownFindColumn(const ownStatArgs<T>& a, int y, ownExtVal<T> v) {
@@ -747,7 +851,12 @@ vnxStatus ownMinMaxIndx(const ownStatArgs<T>& a, vnx32f* pMin, vnx32f* pMax, vnx
   // band order decides ties: a later band's minimum is taken unless it is >= the
   // current one (a NaN is taken), its maximum only when strictly greater
   if ((st = ownReduceBands<ownExtremaPart<T>>(
-           a.roi.height, nBands, [&](int y0, int y1) { return ownExtremaBand(a, y0, y1); },
+           a.roi.height, nBands,
+           [&](int y0, int y1) {
+             if constexpr (!std::is_same<T, vnx32f>::value)
+               if (!a.mask && a.channels == 1) return ownPlainExtremaBand(a, y0, y1);
+             return ownExtremaBand(a, y0, y1);
+           },
            [](ownExtremaPart<T>& cur, const ownExtremaPart<T>& p) {
              if (!(p.mn >= cur.mn)) cur.mn = p.mn, cur.mnRow = p.mnRow;
              if (p.mx > cur.mx) cur.mx = p.mx, cur.mxRow = p.mxRow;

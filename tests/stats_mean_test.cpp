@@ -267,6 +267,51 @@ TEST(MeanStdDev, BandsDoNotChangeIntegerResultsAndRunsRepeat) {
   }
 }
 
+// The byte kernel keeps squares in 32-bit lanes across rows: rows of 255 (the
+// largest square) that run the lanes past the point where they are widened, in
+// one long row and in many short ones, still give the exact totals; 8s rows go
+// through the same lanes offset by 128.
+TEST(MeanStdDev, ByteSumsWidenSquareLanesBeforeTheyWrap) {
+  const int flushBytes = 16 * (ownByteSums<ownPlainSrc<vnx8u>>::kSquaresPerLane / 2);
+  struct Case {
+    int width, rows;
+  } cases[] = {{3 * flushBytes + 37, 1}, {flushBytes - 16, 2}, {flushBytes + 16, 1}, {1920, 700}, {1931, 600}};
+  for (const Case& c : cases) {
+    const std::vector<vnx8u> u(c.width, 255);
+    const std::vector<vnx8s> s(c.width, 127);
+    ownByteSums<ownPlainSrc<vnx8u>> su;
+    ownByteSums<ownPlainSrc<vnx8s>> ss;
+    for (int y = 0; y < c.rows; ++y) {
+      su.row(ownPlainSrc<vnx8u>{u.data()}, c.width);
+      ss.row(ownPlainSrc<vnx8s>{s.data()}, c.width);
+    }
+    const std::uint64_t n = std::uint64_t(c.width) * c.rows;
+    for (const ownIntSums& t : {su.total(), ss.total()}) {
+      EXPECT_EQ(t.sum, n * 255) << c.width << "x" << c.rows;
+      EXPECT_EQ(t.sq, n * 255 * 255) << c.width << "x" << c.rows;
+    }
+  }
+}
+
+// Every width from none to four steps and three samples, at every byte offset,
+// against sums written out here.
+TEST(MeanStdDev, ByteSumsOfEveryWidthAndOffset) {
+  std::mt19937 rng(15);
+  std::vector<vnx8u> buf(16 + 4 * 64 + 3);
+  for (vnx8u& v : buf) v = vt::randomSample<vnx8u>(rng);
+  for (int off = 0; off < 16; ++off)
+    for (int w = 0; w <= 4 * 64 + 3; ++w) {
+      if (off + w > int(buf.size())) continue;
+      ownByteSums<ownPlainSrc<vnx8u>> k;
+      k.row(ownPlainSrc<vnx8u>{buf.data() + off}, w);
+      k.row(ownPlainSrc<vnx8u>{buf.data() + off}, w);  // a second row adds to the same lanes
+      std::uint64_t sum = 0, sq = 0;
+      for (int x = 0; x < w; ++x) sum += 2 * buf[off + x], sq += 2 * buf[off + x] * buf[off + x];
+      const ownIntSums t = k.total();
+      EXPECT_TRUE(t.sum == sum && t.sq == sq) << "width " << w << " offset " << off;
+    }
+}
+
 // Statuses in their order; nothing is written on an error.
 TEST(MeanStdDev, StatusesInOrderForEveryMember) {
   std::mt19937 rng(14);
