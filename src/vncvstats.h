@@ -12,8 +12,12 @@
 // offset by 128 or as |s|, |s1 - s2| of either) and sum, square or compare
 // those; an unselected lane becomes 0 (neutral for sums, squares and maxima).
 // Integer sums are exact (64 bits, squares of 8-bit lanes in 32-bit lanes for
-// one run of at most 16384 samples: 16384 * 255^2 < 2^32), so integer results
-// never depend on the band count. 32f sums are kept in double precision.
+// one run of at most 16384 samples: 16384 * 255^2 < 2^32, or, in the kernel of
+// whole unmasked byte rows, widened before a lane holds 65536 squares), so
+// integer results never depend on the band count. 32f sums are kept in double
+// precision. Whole unmasked one-channel rows of the integer types also have
+// their own extrema kernel, which reduces a row to scalars only when it beats
+// the band's extreme so far.
 #pragma once
 
 #include <algorithm>
