@@ -1,9 +1,11 @@
 // Absolute differences of two images, or of an image and a constant.
+#include <algorithm>
+#include <cstring>
+
 #include "check.h"
+#include "parallel.h"
 #include "simd.h"
 #include "traits.h"
-
-#include <cstring>
 
 namespace {
 
@@ -24,67 +26,59 @@ inline vnx32f ownAbsDiff(vnx32f a, vnx32f b) {
   return r;
 }
 
-// Reference and tail: pixels x0 .. n - 1 of one row.
-template <class T>
-void ownAbsDiffRow(const T* s1, const T* s2, T* d, int x0, int n) {
-  for (int x = x0; x < n; ++x) d[x] = ownAbsDiff(s1[x], s2[x]);
+// One vector of 16 bytes: |a - b| lane by lane.
+inline __m128i ownAbsDiffVec(__m128i a, __m128i b, vnx8u) { return ownAbsDiffU8(a, b); }
+inline __m128i ownAbsDiffVec(__m128i a, __m128i b, vnx16u) { return ownAbsDiffU16(a, b); }
+inline __m128i ownAbsDiffVec(__m128i a, __m128i b, vnx32f) {
+  return _mm_castps_si128(ownAbsPs(_mm_sub_ps(_mm_castsi128_ps(a), _mm_castsi128_ps(b))));
 }
-template <class T>
-void ownAbsDiffCRow(const T* s, T v, T* d, int x0, int n) {
-  for (int x = x0; x < n; ++x) d[x] = ownAbsDiff(s[x], v);
+inline __m128i ownSplat(vnx8u v) { return _mm_set1_epi8(static_cast<char>(v)); }
+inline __m128i ownSplat(vnx16u v) { return _mm_set1_epi16(static_cast<short>(v)); }
+inline __m128i ownSplat(vnx32f v) { return _mm_castps_si128(_mm_set1_ps(v)); }
+
+// One row: d = |s1 - s2|, or |s1 - c| when Constant is set (s2 unused).
+// The scalar template is the reference and does the pixels no whole vector
+// covers. With `stream` the row first peels scalar pixels up to the first 16-byte
+// aligned destination pixel and then writes with non-temporal stores; a
+// destination that is not even aligned to its element size keeps ordinary stores.
+// Each output is written once from inputs already read, so d may equal a source.
+template <bool Constant, class T>
+void ownAbsDiffRow(const T* s1, const T* s2, T c, T* d, int x0, int n) {
+  for (int x = x0; x < n; ++x) d[x] = ownAbsDiff(s1[x], Constant ? c : s2[x]);
+}
+template <bool Constant, class T>
+void ownAbsDiffRow_sse2(const T* s1, const T* s2, T c, T* d, int n, bool stream) {
+  constexpr int kLanes = 16 / sizeof(T);
+  int x = 0;
+  if (stream) {
+    const std::uintptr_t mis = reinterpret_cast<std::uintptr_t>(d) & 15;
+    stream = mis % sizeof(T) == 0;
+    if (stream) {
+      x = std::min<int>(n, static_cast<int>(((16 - mis) & 15) / sizeof(T)));
+      ownAbsDiffRow<Constant>(s1, s2, c, d, 0, x);
+    }
+  }
+  const __m128i vc = ownSplat(c);
+  for (; x + 2 * kLanes <= n; x += 2 * kLanes) {
+    const __m128i r0 = ownAbsDiffVec(ownLoad(s1 + x), Constant ? vc : ownLoad(s2 + x), T());
+    const __m128i r1 = ownAbsDiffVec(ownLoad(s1 + x + kLanes), Constant ? vc : ownLoad(s2 + x + kLanes), T());
+    ownStore(d + x, r0, stream);
+    ownStore(d + x + kLanes, r1, stream);
+  }
+  for (; x + kLanes <= n; x += kLanes)
+    ownStore(d + x, ownAbsDiffVec(ownLoad(s1 + x), Constant ? vc : ownLoad(s2 + x), T()), stream);
+  ownAbsDiffRow<Constant>(s1, s2, c, d, x, n);
 }
 
-// Vector bodies: whole vectors of 16 bytes, the rest by the template.
-// Each output is written once from inputs already read, so dst may alias a source.
-void ownAbsDiffRow_sse2(const vnx8u* s1, const vnx8u* s2, vnx8u* d, int n) {
-  int x = 0;
-  for (; x + 32 <= n; x += 32) {
-    const __m128i a0 = ownLoad(s1 + x), b0 = ownLoad(s2 + x);
-    const __m128i a1 = ownLoad(s1 + x + 16), b1 = ownLoad(s2 + x + 16);
-    ownStore(d + x, ownAbsDiffU8(a0, b0));
-    ownStore(d + x + 16, ownAbsDiffU8(a1, b1));
-  }
-  for (; x + 16 <= n; x += 16) ownStore(d + x, ownAbsDiffU8(ownLoad(s1 + x), ownLoad(s2 + x)));
-  ownAbsDiffRow(s1, s2, d, x, n);
-}
-void ownAbsDiffRow_sse2(const vnx16u* s1, const vnx16u* s2, vnx16u* d, int n) {
-  int x = 0;
-  for (; x + 16 <= n; x += 16) {
-    const __m128i r0 = ownAbsDiffU16(ownLoad(s1 + x), ownLoad(s2 + x));
-    const __m128i r1 = ownAbsDiffU16(ownLoad(s1 + x + 8), ownLoad(s2 + x + 8));
-    ownStore(d + x, r0);
-    ownStore(d + x + 8, r1);
-  }
-  for (; x + 8 <= n; x += 8) ownStore(d + x, ownAbsDiffU16(ownLoad(s1 + x), ownLoad(s2 + x)));
-  ownAbsDiffRow(s1, s2, d, x, n);
-}
-void ownAbsDiffRow_sse2(const vnx32f* s1, const vnx32f* s2, vnx32f* d, int n) {
-  int x = 0;
-  for (; x + 16 <= n; x += 16) {
-    __m128 r[4];
-    for (int i = 0; i < 4; ++i) r[i] = ownAbsPs(_mm_sub_ps(_mm_loadu_ps(s1 + x + 4 * i), _mm_loadu_ps(s2 + x + 4 * i)));
-    for (int i = 0; i < 4; ++i) _mm_storeu_ps(d + x + 4 * i, r[i]);
-  }
-  for (; x + 4 <= n; x += 4) _mm_storeu_ps(d + x, ownAbsPs(_mm_sub_ps(_mm_loadu_ps(s1 + x), _mm_loadu_ps(s2 + x))));
-  ownAbsDiffRow(s1, s2, d, x, n);
-}
-void ownAbsDiffCRow_sse2(const vnx8u* s, vnx8u v, vnx8u* d, int n) {
-  const __m128i vv = _mm_set1_epi8(static_cast<char>(v));
-  int x = 0;
-  for (; x + 16 <= n; x += 16) ownStore(d + x, ownAbsDiffU8(ownLoad(s + x), vv));
-  ownAbsDiffCRow(s, v, d, x, n);
-}
-void ownAbsDiffCRow_sse2(const vnx16u* s, vnx16u v, vnx16u* d, int n) {
-  const __m128i vv = _mm_set1_epi16(static_cast<short>(v));
-  int x = 0;
-  for (; x + 8 <= n; x += 8) ownStore(d + x, ownAbsDiffU16(ownLoad(s + x), vv));
-  ownAbsDiffCRow(s, v, d, x, n);
-}
-void ownAbsDiffCRow_sse2(const vnx32f* s, vnx32f v, vnx32f* d, int n) {
-  const __m128 vv = _mm_set1_ps(v);
-  int x = 0;
-  for (; x + 4 <= n; x += 4) _mm_storeu_ps(d + x, ownAbsPs(_mm_sub_ps(_mm_loadu_ps(s + x), vv)));
-  ownAbsDiffCRow(s, v, d, x, n);
+template <bool Constant, class T>
+void ownAbsDiffImage(const T* pSrc1, int src1Step, const T* pSrc2, int src2Step, T c, T* pDst, int dstStep,
+                     vnxiSize roi) {
+  const std::int64_t bytes = std::int64_t(roi.width) * roi.height * sizeof(T) * (Constant ? 2 : 3);
+  const bool stream = ownStreamOutput(bytes);
+  for (int y = 0; y < roi.height; ++y)
+    ownAbsDiffRow_sse2<Constant>(ownRow(pSrc1, src1Step, y), Constant ? pSrc2 : ownRow(pSrc2, src2Step, y), c,
+                                 ownRow(pDst, dstStep, y), roi.width, stream);
+  if (stream) _mm_sfence();  // the streamed rows are visible before the call returns
 }
 
 template <class T>
@@ -94,9 +88,7 @@ vnxStatus ownAbsDiff(const T* pSrc1, int src1Step, const T* pSrc2, int src2Step,
                               {ownImg<T>(src1Step, roi.width), ownImg<T>(src2Step, roi.width),
                                ownImg<T>(dstStep, roi.width)}))
     return st;
-  for (int y = 0; y < roi.height; ++y)
-    ownAbsDiffRow_sse2(ownRow(pSrc1, src1Step, y), ownRow(pSrc2, src2Step, y), ownRow(pDst, dstStep, y),
-                       roi.width);
+  ownAbsDiffImage<false>(pSrc1, src1Step, pSrc2, src2Step, T(), pDst, dstStep, roi);
   return vnxStatusOk;
 }
 
@@ -104,8 +96,7 @@ template <class T>
 vnxStatus ownAbsDiffC(const T* pSrc, int srcStep, T* pDst, int dstStep, vnxiSize roi, T value) {
   if (vnxStatus st = ownCheck({pSrc, pDst}, roi, {ownImg<T>(srcStep, roi.width), ownImg<T>(dstStep, roi.width)}))
     return st;
-  for (int y = 0; y < roi.height; ++y)
-    ownAbsDiffCRow_sse2(ownRow(pSrc, srcStep, y), value, ownRow(pDst, dstStep, y), roi.width);
+  ownAbsDiffImage<true>(pSrc, srcStep, static_cast<const T*>(nullptr), 0, value, pDst, dstStep, roi);
   return vnxStatusOk;
 }
 

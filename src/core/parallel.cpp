@@ -23,3 +23,9 @@ bool ownFitsCache(vnxiSize roi, int bytesPerPixel) noexcept {
   vnxGetMaxCacheSizeB(&cache);
   return static_cast<std::int64_t>(roi.width) * roi.height * bytesPerPixel < cache;
 }
+
+bool ownStreamOutput(std::int64_t bytesTouched) noexcept {
+  int cache = 0;
+  vnxGetMaxCacheSizeB(&cache);
+  return bytesTouched > static_cast<std::int64_t>(cache) / 4 * 3;
+}

@@ -97,3 +97,10 @@ vnxStatus ownReduceBands(int height, int nBands, BandFn&& bandFn, Combine&& comb
 // width * height * bytesPerPixel is below the largest cache (ordinary stores);
 // false means the data will not stay cached and kernels use non-temporal stores.
 bool ownFitsCache(vnxiSize roi, int bytesPerPixel) noexcept;
+
+// Store decision of the streaming per-pixel operations: true when the bytes an
+// operation reads and writes exceed three quarters of the largest cache. Such an
+// output would not stay cached anyway (the cache is shared with the inputs and
+// everything else), so it is written with non-temporal stores, which also spare
+// the read-for-ownership of every destination line. The results are the same.
+bool ownStreamOutput(std::int64_t bytesTouched) noexcept;
