@@ -46,28 +46,27 @@ template <bool Constant, class T>
 void ownAbsDiffRow(const T* s1, const T* s2, T c, T* d, int x0, int n) {
   for (int x = x0; x < n; ++x) d[x] = ownAbsDiff(s1[x], Constant ? c : s2[x]);
 }
-template <bool Constant, class T>
-void ownAbsDiffRow_sse2(const T* s1, const T* s2, T c, T* d, int n, bool stream) {
+template <bool Constant, bool Stream, class T>
+void ownAbsDiffVectors(const T* s1, const T* s2, T c, T* d, int x, int n) {
   constexpr int kLanes = 16 / sizeof(T);
-  int x = 0;
-  if (stream) {
-    const std::uintptr_t mis = reinterpret_cast<std::uintptr_t>(d) & 15;
-    stream = mis % sizeof(T) == 0;
-    if (stream) {
-      x = std::min<int>(n, static_cast<int>(((16 - mis) & 15) / sizeof(T)));
-      ownAbsDiffRow<Constant>(s1, s2, c, d, 0, x);
-    }
-  }
   const __m128i vc = ownSplat(c);
   for (; x + 2 * kLanes <= n; x += 2 * kLanes) {
     const __m128i r0 = ownAbsDiffVec(ownLoad(s1 + x), Constant ? vc : ownLoad(s2 + x), T());
     const __m128i r1 = ownAbsDiffVec(ownLoad(s1 + x + kLanes), Constant ? vc : ownLoad(s2 + x + kLanes), T());
-    ownStore(d + x, r0, stream);
-    ownStore(d + x + kLanes, r1, stream);
+    ownStore(d + x, r0, Stream);
+    ownStore(d + x + kLanes, r1, Stream);
   }
   for (; x + kLanes <= n; x += kLanes)
-    ownStore(d + x, ownAbsDiffVec(ownLoad(s1 + x), Constant ? vc : ownLoad(s2 + x), T()), stream);
+    ownStore(d + x, ownAbsDiffVec(ownLoad(s1 + x), Constant ? vc : ownLoad(s2 + x), T()), Stream);
   ownAbsDiffRow<Constant>(s1, s2, c, d, x, n);
+}
+template <bool Constant, class T>
+void ownAbsDiffRow_sse2(const T* s1, const T* s2, T c, T* d, int n, bool stream) {
+  const std::uintptr_t mis = reinterpret_cast<std::uintptr_t>(d) & 15;
+  if (!stream || mis % sizeof(T) != 0) return ownAbsDiffVectors<Constant, false>(s1, s2, c, d, 0, n);
+  const int peel = std::min<int>(n, static_cast<int>(((16 - mis) & 15) / sizeof(T)));
+  ownAbsDiffRow<Constant>(s1, s2, c, d, 0, peel);
+  ownAbsDiffVectors<Constant, true>(s1, s2, c, d, peel, n);
 }
 
 template <bool Constant, class T>
