@@ -47,18 +47,28 @@ void ownAccRow(const S* s1, const S* s2, const vnx8u* m, float* acc, int x0, int
 // element is read and written once, so no block overlaps another.
 template <ownAcc K, bool Masked, class S>
 void ownAccRow_sse2(const S* s1, const S* s2, const vnx8u* m, float* acc, int n, float alpha) {
+  // Masked Add, Square and Product of integer sources clear the unselected samples
+  // before widening: a zero sample gives the term +0.0, exactly what the formula
+  // adds there, and no per-lane selector is needed. Weighted and 32f sources select.
+  constexpr bool kPremask = Masked && K != ownAcc::Weighted && !std::is_same<S, vnx32f>::value;
+  constexpr bool kSelect = Masked && !kPremask;
   const __m128 va = _mm_set1_ps(alpha);
   int x = 0;
   for (; x + 16 <= n; x += 16) {
     __m128 a[4], b[4], sel[4];
-    ownLoad16f(s1 + x, a);
-    if constexpr (K == ownAcc::Product) ownLoad16f(s2 + x, b);
-    if constexpr (Masked) ownNonzero16(m + x, sel);
+    if constexpr (kPremask) {
+      ownLoad16fSelected(s1 + x, m + x, a);
+      if constexpr (K == ownAcc::Product) ownLoad16fSelected(s2 + x, m + x, b);
+    } else {
+      ownLoad16f(s1 + x, a);
+      if constexpr (K == ownAcc::Product) ownLoad16f(s2 + x, b);
+    }
+    if constexpr (kSelect) ownNonzero16(m + x, sel);
     // All loads before the first store: the stores cannot alias what is still to be read.
     __m128 v[4];
     for (int i = 0; i < 4; ++i) v[i] = _mm_loadu_ps(acc + x + 4 * i);
     for (int i = 0; i < 4; ++i)
-      v[i] = ownAccPixel<K, Masked>(v[i], a[i], K == ownAcc::Product ? b[i] : a[i], Masked ? sel[i] : a[i], va);
+      v[i] = ownAccPixel<K, kSelect>(v[i], a[i], K == ownAcc::Product ? b[i] : a[i], kSelect ? sel[i] : a[i], va);
     for (int i = 0; i < 4; ++i) _mm_storeu_ps(acc + x + 4 * i, v[i]);
   }
   ownAccRow<K, Masked>(s1, s2, m, acc, x, n, alpha);

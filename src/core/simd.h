@@ -83,6 +83,19 @@ inline void ownLoad16f(const vnx32f* p, __m128 out[4]) {
   for (int i = 0; i < 4; ++i) out[i] = _mm_loadu_ps(p + 4 * i);
 }
 
+// The same with every sample whose mask byte is zero read as 0.
+inline void ownLoad16fSelected(const vnx8u* p, const vnx8u* m, __m128 out[4]) {
+  ownWiden8uTo32f(_mm_andnot_si128(_mm_cmpeq_epi8(ownLoad(m), _mm_setzero_si128()), ownLoad(p)), out);
+}
+inline void ownLoad16fSelected(const vnx8s* p, const vnx8u* m, __m128 out[4]) {
+  ownWiden8sTo32f(_mm_andnot_si128(_mm_cmpeq_epi8(ownLoad(m), _mm_setzero_si128()), ownLoad(p)), out);
+}
+inline void ownLoad16fSelected(const vnx16u* p, const vnx8u* m, __m128 out[4]) {
+  const __m128i off = _mm_cmpeq_epi8(ownLoad(m), _mm_setzero_si128());
+  ownWiden16uTo32f(_mm_andnot_si128(_mm_unpacklo_epi8(off, off), ownLoad(p)), out);
+  ownWiden16uTo32f(_mm_andnot_si128(_mm_unpackhi_epi8(off, off), ownLoad(p + 8)), out + 2);
+}
+
 // Selectors (all-ones lanes) of sixteen samples that are nonzero; a float
 // compares unequal to 0.0, so -0.0 is not selected and NaN is.
 inline void ownNonzero16(const vnx8u* p, __m128 out[4]) { ownMaskTo32(ownLoad(p), out); }
