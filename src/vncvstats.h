@@ -96,6 +96,17 @@ inline int ownCountRow(const vnx8u* m, int n) {
 
 // ---- integer lanes -------------------------------------------------------------
 
+// Folds the lanes of a vector onto its first lane of LaneBytes bytes with op:
+// the upper half onto the lower, then the upper quarter, down to one lane.
+template <int LaneBytes, class Op>
+inline unsigned ownFoldLanes(__m128i m, Op op) {
+  m = op(m, _mm_srli_si128(m, 8));
+  m = op(m, _mm_srli_si128(m, 4));
+  if constexpr (LaneBytes < 4) m = op(m, _mm_srli_si128(m, 2));
+  if constexpr (LaneBytes < 2) m = op(m, _mm_srli_si128(m, 1));
+  return static_cast<unsigned>(_mm_cvtsi128_si32(m)) & ((1u << (8 * LaneBytes)) - 1);
+}
+
 // 16 unsigned 8-bit lanes a vector.
 struct ownLanes8 {
   static constexpr int kPerVec = 16;
@@ -114,20 +125,8 @@ struct ownLanes8 {
   static __m128i max(__m128i a, __m128i b) { return _mm_max_epu8(a, b); }
   static __m128i min(__m128i a, __m128i b) { return _mm_min_epu8(a, b); }
   static __m128i splat(unsigned v) { return _mm_set1_epi8(static_cast<char>(v)); }
-  static unsigned hmax(__m128i m) {
-    m = _mm_max_epu8(m, _mm_srli_si128(m, 8));
-    m = _mm_max_epu8(m, _mm_srli_si128(m, 4));
-    m = _mm_max_epu8(m, _mm_srli_si128(m, 2));
-    m = _mm_max_epu8(m, _mm_srli_si128(m, 1));
-    return static_cast<unsigned>(_mm_cvtsi128_si32(m)) & 0xffu;
-  }
-  static unsigned hmin(__m128i m) {
-    m = _mm_min_epu8(m, _mm_srli_si128(m, 8));
-    m = _mm_min_epu8(m, _mm_srli_si128(m, 4));
-    m = _mm_min_epu8(m, _mm_srli_si128(m, 2));
-    m = _mm_min_epu8(m, _mm_srli_si128(m, 1));
-    return static_cast<unsigned>(_mm_cvtsi128_si32(m)) & 0xffu;
-  }
+  static unsigned hmax(__m128i m) { return ownFoldLanes<1>(m, [](__m128i a, __m128i b) { return max(a, b); }); }
+  static unsigned hmin(__m128i m) { return ownFoldLanes<1>(m, [](__m128i a, __m128i b) { return min(a, b); }); }
   static std::uint64_t ownSumU64(__m128i a) {
     alignas(16) std::uint64_t l[2];
     _mm_store_si128(reinterpret_cast<__m128i*>(l), a);
@@ -164,18 +163,8 @@ struct ownLanes16 {
   static __m128i max(__m128i a, __m128i b) { return _mm_add_epi16(_mm_subs_epu16(a, b), b); }
   static __m128i min(__m128i a, __m128i b) { return _mm_sub_epi16(a, _mm_subs_epu16(a, b)); }
   static __m128i splat(unsigned v) { return _mm_set1_epi16(static_cast<short>(v)); }
-  static unsigned hmax(__m128i m) {
-    m = max(m, _mm_srli_si128(m, 8));
-    m = max(m, _mm_srli_si128(m, 4));
-    m = max(m, _mm_srli_si128(m, 2));
-    return static_cast<unsigned>(_mm_cvtsi128_si32(m)) & 0xffffu;
-  }
-  static unsigned hmin(__m128i m) {
-    m = min(m, _mm_srli_si128(m, 8));
-    m = min(m, _mm_srli_si128(m, 4));
-    m = min(m, _mm_srli_si128(m, 2));
-    return static_cast<unsigned>(_mm_cvtsi128_si32(m)) & 0xffffu;
-  }
+  static unsigned hmax(__m128i m) { return ownFoldLanes<2>(m, [](__m128i a, __m128i b) { return max(a, b); }); }
+  static unsigned hmin(__m128i m) { return ownFoldLanes<2>(m, [](__m128i a, __m128i b) { return min(a, b); }); }
 };
 
 // ---- sources as lanes ------------------------------------------------------------
