@@ -1,5 +1,5 @@
 // Means and population standard deviations of one channel: vnxiMean_StdDev_*.
-#include "vncvstats.h"
+#include "stats/vncvstats.h"
 
 namespace {
 // Unmasked forms: serial below threads * 65536 pixels and on a single-core die.

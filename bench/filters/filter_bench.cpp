@@ -1,6 +1,6 @@
 // Fixed-kernel filters and the pipeline passes beside cv::Sobel, cv::Scharr,
 // cv::Laplacian, cv::boxFilter and cv::sepFilter2D, 1920x1080, replicated border.
-#include "bench_common.h"
+#include "../bench_common.h"
 
 namespace {
 

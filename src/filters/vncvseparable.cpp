@@ -1,7 +1,7 @@
 // Separable row and column pipeline passes: a row pass filters each source row along x
 // with a 1-D kernel and synthesises the columns beyond the ROI by a border type; a
 // column pass combines kernelSize intermediate rows, given by pointers, into one row.
-#include "vncvseparable.h"
+#include "filters/vncvseparable.h"
 
 #include <algorithm>
 #include <type_traits>

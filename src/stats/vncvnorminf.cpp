@@ -1,5 +1,5 @@
 // Infinity norms of an image and of a difference: vnxiNorm_Inf_*, vnxiNormDiff_Inf_*.
-#include "vncvstats.h"
+#include "stats/vncvstats.h"
 
 namespace {
 // Serial below threads * 131072 pixels and on a single-core die.

@@ -1,6 +1,6 @@
 // Absolute differences and running accumulators beside cv::absdiff,
 // cv::accumulate and cv::accumulateWeighted, 1920x1080, with and without a mask.
-#include "bench_common.h"
+#include "../bench_common.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 // L1 norms of an image: vnxiNorm_L1_*.
-#include "vncvstats.h"
+#include "stats/vncvstats.h"
 
 namespace {
 // Serial below threads * 131072 pixels and on a single-core die.

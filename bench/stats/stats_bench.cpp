@@ -1,6 +1,6 @@
 // Image statistics beside cv::meanStdDev, cv::minMaxLoc and cv::norm with a
 // mask, 1920x1080, on the same planes and thread count.
-#include "bench_common.h"
+#include "../bench_common.h"
 
 namespace {
 

@@ -9,7 +9,7 @@
 #include "parallel.h"
 #include "simd.h"
 #include "traits.h"
-#include "vncvseparable.h"
+#include "filters/vncvseparable.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 // Masked means of one channel: vnxiMean_*.
-#include "vncvstats.h"
+#include "stats/vncvstats.h"
 
 namespace {
 // Serial below threads * 131072 pixels.

@@ -1,5 +1,5 @@
 // Relative L2 norms: vnxiNormRel_L2_*.
-#include "vncvstats.h"
+#include "stats/vncvstats.h"
 
 namespace {
 // Serial below threads * 131072 pixels and on a single-core die.

@@ -5,7 +5,7 @@
 #include <cmath>
 
 #include "stats_support.h"
-#include "vncvstats.h"
+#include "stats/vncvstats.h"
 
 namespace {
 

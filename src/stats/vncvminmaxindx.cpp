@@ -1,5 +1,5 @@
 // Extrema of one channel with the locations of their first occurrences: vnxiMinMaxIndx_*.
-#include "vncvstats.h"
+#include "stats/vncvstats.h"
 
 VNX_API vnxStatus vnxiMinMaxIndx_8u_C1R(const vnx8u* pSrc, int srcStep, vnxiSize roiSize, vnx32f* pMinVal,
                                         vnx32f* pMaxVal, vnxiPoint* pMinIndex, vnxiPoint* pMaxIndex) noexcept {

@@ -6,7 +6,7 @@
 
 #include "filter_reference.h"
 #include "support.h"
-#include "vncvseparable.h"
+#include "filters/vncvseparable.h"
 
 namespace {
 
