@@ -10,11 +10,14 @@ int ownTeamSize() noexcept { return threads_omp_of_n_vnx; }
 
 bool ownSingleCoreDie() noexcept { return vnxGetNumCoresOnDie() <= 1; }
 
-int ownBandCount(vnxiSize roi, int cutoffPerThread, bool singleCoreTest) noexcept {
+int ownBandCount(vnxiSize roi, const ownBandPolicy& policy) noexcept {
   const int n = ownNumThreads();
+  if (n <= 1) return 1;
   const std::int64_t pixels = static_cast<std::int64_t>(roi.width) * roi.height;
-  if (pixels < static_cast<std::int64_t>(n) * cutoffPerThread) return 1;
-  if (singleCoreTest && ownSingleCoreDie()) return 1;
+  if (pixels < static_cast<std::int64_t>(n) * policy.pixelsPerThread) return 1;
+  if (static_cast<std::int64_t>(roi.height) < static_cast<std::int64_t>(n) * policy.rowsPerBand) return 1;
+  if (roi.width < policy.minWidth) return 1;
+  if (policy.coreTest == ownCoreTest::SerialOnSingleCore && ownSingleCoreDie()) return 1;
   return n;
 }
 

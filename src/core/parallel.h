@@ -28,12 +28,33 @@ bool ownSingleCoreDie() noexcept;
 // Team size requested for every region (mirrors the core library's variable).
 int ownTeamSize() noexcept;
 
-constexpr int kOwnCutoff128K = 1 << 17;  // pixels per thread below which a region stays serial
-constexpr int kOwnCutoff64K = 1 << 16;
+// When a family runs in bands: one named policy a family, passed by name.
+enum class ownCoreTest { Ignore, SerialOnSingleCore };
+struct ownBandPolicy {
+  std::int64_t pixelsPerThread;  // width * height below threads * this: serial (0: no pixel test)
+  int rowsPerBand;               // fewer than this many rows a band: serial (1: no row test)
+  int minWidth;                  // a narrower ROI stays serial (1: no width test)
+  ownCoreTest coreTest;          // a die with one core keeps the operation serial
+};
 
-// Bands for an ROI: 1 when width * height < threads * cutoffPerThread, or when
-// singleCoreTest is set and the die has one core; the thread count otherwise.
-int ownBandCount(vnxiSize roi, int cutoffPerThread, bool singleCoreTest) noexcept;
+// Reductions: 128K pixels a thread (the masked means and extrema; the norms add the
+// single-core test), 64K for the plain 8u mean and deviation.
+constexpr ownBandPolicy kOwnBandsReduce{std::int64_t{1} << 17, 1, 1, ownCoreTest::Ignore};
+constexpr ownBandPolicy kOwnBandsReduceCoreTest{std::int64_t{1} << 17, 1, 1, ownCoreTest::SerialOnSingleCore};
+constexpr ownBandPolicy kOwnBandsReduce64KCoreTest{std::int64_t{1} << 16, 1, 1, ownCoreTest::SerialOnSingleCore};
+// Row pass of the separable pipeline: rows are independent, 32K pixels a thread pay a fork.
+constexpr ownBandPolicy kOwnBandsRowPass{std::int64_t{1} << 15, 1, 1, ownCoreTest::Ignore};
+// Fixed-kernel filters: each band refills its border ring, so bands need enough rows
+// and a wide enough ROI to pay for the rows they synthesise twice.
+constexpr ownBandPolicy kOwnBandsFixedFilter{0, 128, 256, ownCoreTest::SerialOnSingleCore};
+constexpr ownBandPolicy kOwnBandsFixedLaplacian{0, 32, 256, ownCoreTest::SerialOnSingleCore};
+constexpr ownBandPolicy kOwnBandsFixedScharr{0, 128, 1, ownCoreTest::SerialOnSingleCore};
+
+// Bands for an ROI under a policy: 1 (serial) when the ROI is below the policy's pixel,
+// row or width test, or when the die has one core and the policy tests it; the thread
+// count otherwise. Inside an active parallel region the count stays the same (a
+// reduction keeps its grouping) and ownRunBands runs the bands on the calling thread.
+int ownBandCount(vnxiSize roi, const ownBandPolicy& policy) noexcept;
 
 // Rows of each band: the first n - 1 bands have height / n rows, the last band
 // takes the remainder rows as well.

@@ -507,10 +507,12 @@ auto ownPickBand(ownKind kind, int k) {
   }
 }
 
-// Rows per thread below which a member stays serial, and the least width for bands.
-inline int ownBandRows(ownKind kind) { return kind == ownKind::Laplacian ? 32 : 128; }
-inline int ownBandWidth(ownKind kind) {
-  return (kind == ownKind::ScharrHoriz || kind == ownKind::ScharrVert) ? 1 : 256;
+// Band rule of a member: the Laplacian pays for bands from fewer rows, the Scharr
+// filters from any width.
+inline const ownBandPolicy& ownFixedBands(ownKind kind) {
+  if (kind == ownKind::Laplacian) return kOwnBandsFixedLaplacian;
+  if (kind == ownKind::ScharrHoriz || kind == ownKind::ScharrVert) return kOwnBandsFixedScharr;
+  return kOwnBandsFixedFilter;
 }
 
 // The whole filter: checks in their order, then serial or in bands of rows, each
@@ -529,10 +531,7 @@ vnxStatus ownFixedFilter(const S* pSrc, int srcStep, D* pDst, int dstStep, vnxiS
   const bool box = kind == ownKind::Lowpass;
   const std::int64_t slice = ownSliceBytes(roi, k, wide, kind, hasDivisor) + 32;
   const std::int64_t stride = ownStride(roi.width, wide, kind);
-  const int t = ownNumThreads();
-  const bool bands = t > 1 && !omp_in_parallel() && !ownSingleCoreDie() &&
-                     static_cast<std::int64_t>(t) * ownBandRows(kind) <= roi.height && roi.width >= ownBandWidth(kind);
-  const int nBands = bands ? t : 1;
+  const int nBands = ownBandCount(roi, ownFixedBands(kind));
   auto sliceOf = [&](int b) {
     const std::uintptr_t base = reinterpret_cast<std::uintptr_t>(pBuffer) + static_cast<std::uintptr_t>(b * slice);
     return reinterpret_cast<void*>((base + 31) & ~static_cast<std::uintptr_t>(31));

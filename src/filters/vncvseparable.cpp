@@ -14,7 +14,6 @@
 namespace {
 
 constexpr int kOwnMaxSimdTaps = 16;   // longer kernels take the general scalar routine
-constexpr int kOwnRowCutoff = 32768;  // pixels per thread below which a row pass stays serial
 
 template <class S>
 using ownAcc = typename std::conditional<std::is_same<S, vnx32f>::value, float, std::int64_t>::type;
@@ -367,7 +366,7 @@ vnxStatus ownRowPipeline(const S* pSrc, int srcStep, D* const* ppDst, vnxiSize r
   if (divisor == 0) return vnxStatusBadArg;
   for (int y = 0; y < roi.height; ++y)
     if (!ppDst[y]) return vnxStatusNullPtr;
-  ownRunBands(ownBandSplit{roi.height, ownBandCount(roi, kOwnRowCutoff, false)}, [&](int, int y0, int y1) {
+  ownRunBands(ownBandSplit{roi.height, ownBandCount(roi, kOwnBandsRowPass)}, [&](int, int y0, int y1) {
     for (int y = y0; y < y1; ++y)
       ownRowPass(ownRow(pSrc, srcStep, y), roi.width, C, ppDst[y], pKernel, k, anchor, border, bval, divisor, low);
   });

@@ -3,7 +3,7 @@
 
 namespace {
 // Serial below threads * 131072 pixels.
-constexpr ownBanding kMeanBanding{kOwnCutoff128K, false};
+constexpr ownBandPolicy kMeanBanding = kOwnBandsReduce;
 }  // namespace
 
 VNX_API vnxStatus vnxiMean_8u_C1MR(const vnx8u* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize,

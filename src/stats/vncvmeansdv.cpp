@@ -3,9 +3,9 @@
 
 namespace {
 // Unmasked forms: serial below threads * 65536 pixels and on a single-core die.
-constexpr ownBanding kPlainBanding{kOwnCutoff64K, true};
+constexpr ownBandPolicy kPlainBanding = kOwnBandsReduce64KCoreTest;
 // Masked forms: serial below threads * 131072 pixels.
-constexpr ownBanding kMaskedBanding{kOwnCutoff128K, false};
+constexpr ownBandPolicy kMaskedBanding = kOwnBandsReduce;
 }  // namespace
 
 // One channel: below 5001 pixels the short kernel; from 100000 pixels, or with a

@@ -3,9 +3,9 @@
 
 namespace {
 // Serial below threads * 131072 pixels and on a single-core die.
-constexpr ownNormMode kNormMode{{kOwnCutoff128K, true}, false, false};
+constexpr ownNormMode kNormMode{kOwnBandsReduceCoreTest, false, false};
 // vnxiNormRel_L1_8u_C1MR: always serial, both sums in 32-bit signed integers that wrap.
-constexpr ownNormMode kNormWrap32{{kOwnCutoff128K, true}, true, true};
+constexpr ownNormMode kNormWrap32{kOwnBandsReduceCoreTest, true, true};
 }  // namespace
 
 VNX_API vnxStatus vnxiNormRel_L1_8u_C1MR(const vnx8u* pSrc1, int src1Step, const vnx8u* pSrc2, int src2Step,

@@ -3,7 +3,7 @@
 
 namespace {
 // Serial below threads * 131072 pixels and on a single-core die.
-constexpr ownNormMode kNormMode{{kOwnCutoff128K, true}, false, false};
+constexpr ownNormMode kNormMode{kOwnBandsReduceCoreTest, false, false};
 }  // namespace
 
 VNX_API vnxStatus vnxiNormDiff_L2_8u_C1MR(const vnx8u* pSrc1, int src1Step, const vnx8u* pSrc2, int src2Step,

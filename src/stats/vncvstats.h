@@ -580,11 +580,6 @@ struct ownStatArgs {
 
 // How a member runs its bands: serial below threads * cutoff pixels, and on a
 // single-core die when the member applies that test.
-struct ownBanding {
-  int cutoff;
-  bool singleCoreTest;
-};
-inline int ownStatBands(vnxiSize roi, ownBanding b) { return ownBandCount(roi, b.cutoff, b.singleCoreTest); }
 
 // ---- means and deviations ------------------------------------------------------
 
@@ -652,10 +647,10 @@ inline void ownMeanTotals(const ownMeanPart<ownFltSums>& p, double& sum, double&
 }
 
 template <int What, class T>
-vnxStatus ownMeanSums(const ownStatArgs<T>& a, ownBanding banding, double& sum, double& sq, std::int64_t& count,
+vnxStatus ownMeanSums(const ownStatArgs<T>& a, ownBandPolicy banding, double& sum, double& sq, std::int64_t& count,
                       int& nBands) {
   using Part = ownMeanPart<ownSumsOf<T>>;
-  nBands = ownStatBands(a.roi, banding);
+  nBands = ownBandCount(a.roi, banding);
   const ownSum32fKernel kernel =
       (nBands == 1 && !a.mask) ? ownPickSum32fKernel(a.roi, a.src, a.srcStep, a.channels) : ownSum32fKernel::General;
   Part total;
@@ -675,7 +670,7 @@ vnxStatus ownMeanSums(const ownStatArgs<T>& a, ownBanding banding, double& sum, 
 
 // Mean of the selected samples: vnxiMean_*.
 template <class T>
-vnxStatus ownMean(const ownStatArgs<T>& a, vnx64f* pMean, ownBanding banding) {
+vnxStatus ownMean(const ownStatArgs<T>& a, vnx64f* pMean, ownBandPolicy banding) {
   if (vnxStatus st = ownCheckStat<T>({a.src, a.mask, pMean}, a.roi, a.srcStep, a.mask, a.maskStep, a.channels, a.coi))
     return st;
   double sum = 0, sq = 0;
@@ -691,7 +686,7 @@ vnxStatus ownDeviationPass(const ownStatArgs<vnx32f>& a, int nBands, double m, d
 
 // Mean and population standard deviation: vnxiMean_StdDev_*. Both result pointers are optional.
 template <class T>
-vnxStatus ownMeanStdDev(const ownStatArgs<T>& a, vnx64f* pMean, vnx64f* pStdDev, ownBanding banding) {
+vnxStatus ownMeanStdDev(const ownStatArgs<T>& a, vnx64f* pMean, vnx64f* pStdDev, ownBandPolicy banding) {
   vnxStatus st = a.masked ? ownCheckStat<T>({a.src, a.mask}, a.roi, a.srcStep, a.mask, a.maskStep, a.channels, a.coi)
                           : ownCheckStat<T>({a.src}, a.roi, a.srcStep, nullptr, 0, a.channels, a.coi);
   if (st) return st;
@@ -877,7 +872,7 @@ enum class ownNormOf { Image, Diff, Rel };  // vnxiNorm_, vnxiNormDiff_, vnxiNor
 // How one norm member runs: its banding and, for vnxiNormRel_L1_8u_C1MR, the
 // 32-bit signed sums that wrap above 2147483647.
 struct ownNormMode {
-  ownBanding banding;
+  ownBandPolicy banding;
   bool serialOnly;
   bool wrap32;
 };
@@ -963,7 +958,7 @@ vnxStatus ownNorm(const ownStatArgs<T>& a, const typename ownStatArgs<T>::Elem* 
   if (st) return st;
 
   using Part = ownNormPart<T>;
-  const int nBands = mode.serialOnly ? 1 : ownStatBands(a.roi, mode.banding);
+  const int nBands = mode.serialOnly ? 1 : ownBandCount(a.roi, mode.banding);
   Part t;
   if ((st = ownReduceBands<Part>(
            a.roi.height, nBands, [&](int y0, int y1) { return ownNormBand<K, Of>(a, src2, src2Step, y0, y1); },

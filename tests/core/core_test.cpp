@@ -107,13 +107,41 @@ TEST(BandSplit, MoreBandsThanRowsLeavesAllRowsToLastBand) {
   EXPECT_EQ(s.end(4), 3);
 }
 
-TEST(BandCount, SerialBelowThreadsTimesCutoff) {
+// One row a policy and ROI: the bands it gets with 4 threads.
+TEST(BandCount, PoliciesByTable) {
   vt::Threads guard(4);
-  EXPECT_EQ(ownBandCount({512, 1023}, kOwnCutoff128K, false), 1);
-  EXPECT_EQ(ownBandCount({512, 1024}, kOwnCutoff128K, false), 4);
-  EXPECT_EQ(ownBandCount({512, 511}, kOwnCutoff64K, false), 1);
-  EXPECT_EQ(ownBandCount({512, 512}, kOwnCutoff64K, false), 4);
-  EXPECT_EQ(ownBandCount({512, 1024}, kOwnCutoff128K, true), ownSingleCoreDie() ? 1 : 4);
+  const int cores = ownSingleCoreDie() ? 1 : 4;
+  const struct {
+    const ownBandPolicy& policy;
+    vnxiSize roi;
+    int bands;
+  } rows[] = {
+      {kOwnBandsReduce, {512, 1023}, 1},           // 523776 < 4 * 131072
+      {kOwnBandsReduce, {512, 1024}, 4},
+      {kOwnBandsReduce64KCoreTest, {512, 511}, 1},
+      {kOwnBandsReduce64KCoreTest, {512, 512}, cores},
+      {kOwnBandsReduceCoreTest, {512, 1024}, cores},
+      {kOwnBandsFixedFilter, {256, 511}, 1},       // fewer than 128 rows a band
+      {kOwnBandsFixedFilter, {256, 512}, cores},
+      {kOwnBandsFixedFilter, {255, 4096}, 1},      // narrower than 256
+      {kOwnBandsFixedScharr, {1, 512}, cores},
+      {kOwnBandsFixedLaplacian, {256, 128}, cores},
+      {kOwnBandsFixedLaplacian, {256, 127}, 1},
+  };
+  for (const auto& r : rows)
+    EXPECT_EQ(ownBandCount(r.roi, r.policy), r.bands) << r.roi.width << "x" << r.roi.height;
+}
+
+// Inside a parallel region the count (and so a reduction's grouping) is unchanged.
+TEST(BandCount, UnchangedInsideParallelRegion) {
+  vt::Threads guard(4);
+  int inside = 0;
+#pragma omp parallel num_threads(2)
+  {
+#pragma omp master
+    inside = ownBandCount({512, 1024}, kOwnBandsReduce);
+  }
+  EXPECT_EQ(inside, 4);
 }
 
 // Every band runs exactly once with its own rows, whatever team the runtime
