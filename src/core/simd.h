@@ -139,3 +139,13 @@ inline float ownHorizontalMin(__m128 v) {
   v = _mm_min_ps(v, _mm_movehl_ps(v, v));
   return _mm_cvtss_f32(_mm_min_ss(v, _mm_shuffle_ps(v, v, 1)));
 }
+
+// Lanes that are NaN replaced by the library's one NaN (see ownCanonicalNaN).
+inline __m128 ownCanonicalNaN(__m128 v) {
+  return ownSelect(_mm_cmpunord_ps(v, v), _mm_castsi128_ps(_mm_set1_epi32(static_cast<int>(0xFFC00000u))), v);
+}
+inline __m128d ownCanonicalNaN(__m128d v) {
+  const __m128d sel = _mm_cmpunord_pd(v, v);
+  const __m128d nan = _mm_castsi128_pd(_mm_set1_epi64x(static_cast<long long>(0xFFF8000000000000ull)));
+  return _mm_or_pd(_mm_and_pd(sel, nan), _mm_andnot_pd(sel, v));
+}

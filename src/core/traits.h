@@ -3,6 +3,7 @@
 
 #include <cfloat>
 #include <cstdint>
+#include <cstring>
 
 #include "own.h"
 
@@ -45,4 +46,23 @@ inline T ownSaturate(W v) {
   return v < static_cast<W>(ownTraits<T>::lowest)    ? ownTraits<T>::lowest
          : v > static_cast<W>(ownTraits<T>::highest) ? ownTraits<T>::highest
                                                      : static_cast<T>(v);
+}
+
+// The one NaN of the library: every float or double result that is NaN is the
+// processor's default NaN, sign bit set, quiet bit set, zero payload (0xFFC00000,
+// 0xFFF8000000000000). Which operand's payload SSE would keep depends on the
+// order the compiler gives a commutative add, so results are made canonical.
+inline float ownCanonicalNaN(float v) {
+  if (v == v) return v;
+  const std::uint32_t u = 0xFFC00000u;
+  float f;
+  std::memcpy(&f, &u, 4);
+  return f;
+}
+inline double ownCanonicalNaN(double v) {
+  if (v == v) return v;
+  const std::uint64_t u = 0xFFF8000000000000ull;
+  double d;
+  std::memcpy(&d, &u, 8);
+  return d;
 }
