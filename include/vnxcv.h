@@ -6,7 +6,12 @@
  * (x, y) lies at pointer + y * step + x * pixelBytes. Arguments are checked in one
  * order everywhere: null pointers (-8), ROI width/height below 1 (-6), steps below
  * their row bytes (-14), steps not a multiple of the element size (-108), then the
- * operation's own parameters. Only the thread count of vnxcore.h is tunable. */
+ * operation's own parameters. Only the thread count of vnxcore.h is tunable.
+ *
+ * Buffer and state size queries compute in 64 bits; a size that does not fit a
+ * signed 32-bit int gives vnxStatusBadSize and nothing is written. Every float or
+ * double result that is NaN is the default quiet NaN: sign bit set, quiet bit set,
+ * zero payload (0xFFC00000, 0xFFF8000000000000), on every build and thread count. */
 #ifndef VNXCV_H
 #define VNXCV_H
 
@@ -812,6 +817,18 @@ VNX_API vnxStatus vnxiSampleLine_32f_C1R(const vnx32f* pSrc, int srcStep, vnxiSi
                                          vnxiPoint pt1, vnxiPoint pt2) VNX_NOEXCEPT;
 VNX_API vnxStatus vnxiSampleLine_32f_C3R(const vnx32f* pSrc, int srcStep, vnxiSize roiSize, vnx32f* pDst,
                                          vnxiPoint pt1, vnxiPoint pt2) VNX_NOEXCEPT;
+
+/* ---- Morphology: dilation, erosion and composite operations (morph) ---------- */
+
+/* ---- Edges and features: Canny, corners, Hough lines, arctangent (features) -- */
+
+/* ---- Pyramids, sub-pixel copy and optical flow (pyramids) -------------------- */
+
+/* ---- Distance transforms, flood fill and marker labelling (distance, segment)  */
+
+/* ---- Integral images and Haar classifiers (detect) --------------------------- */
+
+/* ---- Status texts (runtime) --------------------------------------------------- */
 
 #ifdef __cplusplus
 }

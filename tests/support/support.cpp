@@ -9,6 +9,24 @@
 
 namespace vt {
 
+GuardedBytes::GuardedBytes(std::size_t bytes, int offsetBytes, Guard guard) {
+  const std::size_t page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+  const std::size_t span = bytes + static_cast<std::size_t>(offsetBytes);
+  const std::size_t dataPages = span == 0 ? 1 : (span + page - 1) / page;
+  mapBytes_ = (dataPages + 1) * page;
+  map_ = mmap(nullptr, mapBytes_, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  if (map_ == MAP_FAILED) throw std::runtime_error("mmap failed");
+  char* base = static_cast<char*>(map_);
+  if (guard == Guard::After) {
+    mprotect(base + dataPages * page, page, PROT_NONE);
+    data_ = base + dataPages * page - span;
+  } else {
+    mprotect(base, page, PROT_NONE);
+    data_ = base + page + offsetBytes;
+  }
+}
+GuardedBytes::~GuardedBytes() { munmap(map_, mapBytes_); }
+
 template <class T>
 Image<T>::Image(int width, int height, int channels, int padBytes, Guard guard)
     : width_(width), height_(height), channels_(channels) {

@@ -98,6 +98,50 @@ inline const std::vector<int>& threadCounts() {
   return counts;
 }
 
+// The kernel harness. A row of n elements of T on pages of its own: with Guard::After
+// the row ends `offsetBytes` before an inaccessible page (0: right before it), with
+// Guard::Before it starts `offsetBytes` after one. Reads past either end of a row at
+// offset 0 fault; offsets 1..15 move the row across every alignment.
+class GuardedBytes {
+ public:
+  GuardedBytes(std::size_t bytes, int offsetBytes, Guard guard);
+  ~GuardedBytes();
+  GuardedBytes(const GuardedBytes&) = delete;
+  GuardedBytes& operator=(const GuardedBytes&) = delete;
+  void* data() const { return data_; }
+
+ private:
+  void* map_ = nullptr;
+  std::size_t mapBytes_ = 0;
+  void* data_ = nullptr;
+};
+template <class T>
+class Span {
+ public:
+  Span(std::size_t n, int offsetBytes = 0, Guard guard = Guard::After)
+      : bytes_(n * sizeof(T), offsetBytes, guard), n_(n) {}
+  T* data() const { return static_cast<T*>(bytes_.data()); }
+  T& operator[](std::size_t i) const { return data()[i]; }
+  std::size_t size() const { return n_; }
+
+ private:
+  GuardedBytes bytes_;
+  std::size_t n_;
+};
+
+// Shapes every SIMD row kernel is compared with its scalar template on: every width
+// from 0 to three vectors + 3 and one large width, each at byte offsets 0 to 15 and
+// with the guard page after and before the row. f(width, offsetBytes, guard).
+template <class F>
+void forKernelShapes(int vectorElems, F&& f) {
+  std::vector<int> widths;
+  for (int w = 0; w <= 3 * vectorElems + 3; ++w) widths.push_back(w);
+  widths.push_back(4099);
+  for (int w : widths)
+    for (int off = 0; off < 16; ++off)
+      for (Guard g : {Guard::After, Guard::Before}) f(w, off, g);
+}
+
 }  // namespace vt
 
 // Compares two sample sequences; floats by bit pattern.
