@@ -830,6 +830,10 @@ VNX_API vnxStatus vnxiSampleLine_32f_C3R(const vnx32f* pSrc, int srcStep, vnxiSi
 
 /* ---- Status texts (runtime) --------------------------------------------------- */
 
+/* A constant English text for a status, never null and never to be freed: one per
+ * code of the status table, "Unknown status code" for any other value. */
+VNX_API const char* vnxcvGetStatusString(vnxStatus status) VNX_NOEXCEPT;
+
 #ifdef __cplusplus
 }
 #endif

@@ -1,39 +1,10 @@
 // Motion-history update: marked pixels take the current time, history older
 // than the duration is cleared.
+#include "vncvmotionhistory.h"
+
 #include "check.h"
-#include "simd.h"
 
 namespace {
-
-// One pixel. The comparison h < threshold is false for NaN, so a NaN history is kept.
-template <class S>
-inline float ownMhiPixel(S silhouette, float h, float timestamp, float threshold) {
-  if (silhouette != 0) return timestamp;  // a float -0.0 compares equal to 0, NaN unequal
-  return h < threshold ? 0.0f : h;
-}
-
-template <class S>
-void ownMhiRow(const S* s, float* h, int x0, int n, float timestamp, float threshold) {
-  for (int x = x0; x < n; ++x) h[x] = ownMhiPixel(s[x], h[x], timestamp, threshold);
-}
-
-// Sixteen pixels a block; every history element is read and written once.
-template <class S>
-void ownMhiRow_sse2(const S* s, float* h, int n, float timestamp, float threshold) {
-  const __m128 ts = _mm_set1_ps(timestamp), thr = _mm_set1_ps(threshold);
-  int x = 0;
-  for (; x + 16 <= n; x += 16) {
-    __m128 sel[4];
-    ownNonzero16(s + x, sel);
-    for (int i = 0; i < 4; ++i) {
-      float* p = h + x + 4 * i;
-      const __m128 v = _mm_loadu_ps(p);
-      const __m128 kept = _mm_andnot_ps(_mm_cmplt_ps(v, thr), v);
-      _mm_storeu_ps(p, ownSelect(sel[i], ts, kept));
-    }
-  }
-  ownMhiRow(s, h, x, n, timestamp, threshold);
-}
 
 template <class S>
 vnxStatus ownUpdateMotionHistory(const S* pSil, int silStep, float* pMhi, int mhiStep, vnxiSize roi,

@@ -149,3 +149,44 @@ inline __m128d ownCanonicalNaN(__m128d v) {
   const __m128d nan = _mm_castsi128_pd(_mm_set1_epi64x(static_cast<long long>(0xFFF8000000000000ull)));
   return _mm_or_pd(_mm_and_pd(sel, nan), _mm_andnot_pd(sel, v));
 }
+
+// ---- arith: differences, accumulators and motion history ----------------------------
+
+// Where the vector stores of a row go: through the cache, or around it (non-temporal;
+// the destination must then be 16-byte aligned, and ownStreamFence() runs before the
+// call returns so the streamed rows are visible).
+enum class ownStoreKind { Cached, Streaming };
+template <class T>
+inline void ownStoreLanes(T* p, __m128i v, ownStoreKind kind) {
+  ownStore(static_cast<void*>(p), v, kind == ownStoreKind::Streaming);
+}
+inline void ownStreamFence() { _mm_sfence(); }
+
+// One sample in every lane of a vector (floats as their bit patterns).
+inline __m128i ownSplatLanes(vnx8u v) { return _mm_set1_epi8(static_cast<char>(v)); }
+inline __m128i ownSplatLanes(vnx16u v) { return _mm_set1_epi16(static_cast<short>(v)); }
+inline __m128i ownSplatLanes(vnx32f v) { return _mm_castps_si128(_mm_set1_ps(v)); }
+
+// Four floats: load, store, broadcast.
+inline __m128 ownLoadPs(const float* p) { return _mm_loadu_ps(p); }
+inline void ownStorePs(float* p, __m128 v) { _mm_storeu_ps(p, v); }
+inline __m128 ownSplatPs(float v) { return _mm_set1_ps(v); }
+// v where sel is all-ones, +0.0 elsewhere.
+inline __m128 ownKeepPs(__m128 sel, __m128 v) { return _mm_and_ps(v, sel); }
+// |a - b|: the difference rounded to single precision, then its sign bit cleared.
+inline __m128 ownAbsDiffPs(__m128 a, __m128 b) { return ownAbsPs(_mm_sub_ps(a, b)); }
+
+// |a - b| over 16 bytes of lanes of T (float lanes carried as bit patterns).
+inline __m128i ownAbsDiffLanes(__m128i a, __m128i b, vnx8u) { return ownAbsDiffU8(a, b); }
+inline __m128i ownAbsDiffLanes(__m128i a, __m128i b, vnx16u) { return ownAbsDiffU16(a, b); }
+inline __m128i ownAbsDiffLanes(__m128i a, __m128i b, vnx32f) {
+  return _mm_castps_si128(ownAbsDiffPs(_mm_castsi128_ps(a), _mm_castsi128_ps(b)));
+}
+
+// The accumulator steps, each operation rounded to single precision: acc + t, a * b,
+// and the blend acc + (s - acc) * w in exactly this order (difference, product, sum).
+inline __m128 ownAddTermPs(__m128 acc, __m128 t) { return _mm_add_ps(acc, t); }
+inline __m128 ownMulPs(__m128 a, __m128 b) { return _mm_mul_ps(a, b); }
+inline __m128 ownBlendPs(__m128 acc, __m128 s, __m128 w) { return _mm_add_ps(acc, _mm_mul_ps(_mm_sub_ps(s, acc), w)); }
+// v with the lanes below t cleared to +0.0; a NaN lane is not below t and is kept.
+inline __m128 ownClearBelowPs(__m128 v, __m128 t) { return _mm_andnot_ps(_mm_cmplt_ps(v, t), v); }

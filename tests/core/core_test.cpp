@@ -25,6 +25,41 @@ TEST(Version, RecordIsConstantAndNamesThisBuild) {
   EXPECT_STREQ(v->buildDate, "Jul 11 2007");
 }
 
+// One constant text per code of the status table; every other value is unknown.
+TEST(StatusText, EveryCodeHasItsOwnTextAndOtherValuesAreUnknown) {
+  const struct {
+    vnxStatus code;
+    const char* text;
+  } table[] = {
+      {0, "No error"},
+      {6, "Warning: the denominator of a relative norm is zero"},
+      {12, "Warning: the buffer size exceeds 2147483647 bytes"},
+      {33, "Warning: more lines qualified than the caller can take"},
+      {38, "Warning: the kernel is not symmetric; its left half was mirrored"},
+      {-2, "The line walker could not be set up for the two end points"},
+      {-5, "A parameter is outside its allowed set or range"},
+      {-6, "A size is below its minimum or too large"},
+      {-8, "A required pointer is null"},
+      {-9, "Not enough memory for a state or work buffer"},
+      {-11, "A point or value is out of range"},
+      {-12, "The element type is not supported"},
+      {-14, "A row step is smaller than its row's bytes"},
+      {-33, "The mask size is neither 3x3 nor 5x5"},
+      {-34, "The anchor lies outside the mask"},
+      {-52, "The channel of interest is not 1, 2 or 3"},
+      {-53, "The channel count is neither 1 nor 3"},
+      {-56, "A distance metric is not positive"},
+      {-108, "A row step is not a multiple of the element size"},
+      {-9999, "The mode is not supported"},
+  };
+  for (const auto& row : table) {
+    EXPECT_STREQ(vnxcvGetStatusString(row.code), row.text) << row.code;
+    EXPECT_EQ(vnxcvGetStatusString(row.code), vnxcvGetStatusString(row.code));  // constant, not rebuilt
+  }
+  for (vnxStatus unknown : {1, -1, -7, 7, -107, -10000, INT32_MIN, INT32_MAX})
+    EXPECT_STREQ(vnxcvGetStatusString(unknown), "Unknown status code") << unknown;
+}
+
 TEST(Core, ThreadCountBelowOneIsRefusedAndChangesNothing) {
   vt::Threads guard(3);
   EXPECT_EQ(vnxSetNumThreads(0), vnxStatusBadArg);
@@ -191,14 +226,15 @@ TEST(BandRunner, InsideAParallelRegionRunsOnTheCallingThread) {
 TEST(Reduce, PartialsCombineInBandOrder) {
   for (int n : {1, 3, 32, 33, 40}) {
     vt::Threads guard(n);
-    std::int64_t total = 0;
-    ASSERT_EQ(ownReduceBands<std::int64_t>(
-                  200, n, [](int y0, int y1) { return std::int64_t(y0) * 1000 + y1; },
-                  [](std::int64_t& acc, std::int64_t p) { acc = acc * 31 + p; }, &total),
+    // unsigned: the combine wraps modulo 2^64 past a dozen bands instead of overflowing
+    std::uint64_t total = 0;
+    ASSERT_EQ(ownReduceBands<std::uint64_t>(
+                  200, n, [](int y0, int y1) { return std::uint64_t(y0) * 1000 + y1; },
+                  [](std::uint64_t& acc, std::uint64_t p) { acc = acc * 31 + p; }, &total),
               vnxStatusOk);
     const ownBandSplit s{200, n};
-    std::int64_t expected = std::int64_t(s.begin(0)) * 1000 + s.end(0);
-    for (int b = 1; b < n; ++b) expected = expected * 31 + (std::int64_t(s.begin(b)) * 1000 + s.end(b));
+    std::uint64_t expected = std::uint64_t(s.begin(0)) * 1000 + s.end(0);
+    for (int b = 1; b < n; ++b) expected = expected * 31 + (std::uint64_t(s.begin(b)) * 1000 + s.end(b));
     EXPECT_EQ(total, expected) << n;
   }
 }
