@@ -17,35 +17,56 @@ struct Member {
   int channels;
   bool masked;
   std::function<vnxStatus(const void*, int, const vnx8u*, int, vnxiSize, int, Result*)> call;
+  // the same with the results each passed only where want[i] is set (else null)
+  std::function<vnxStatus(const void*, int, const vnx8u*, int, vnxiSize, int, Result*, const bool*)> some;
 };
+
+// Results passed through a mask of wanted pointers: o's fields, or null.
+inline vnx32f* want(const bool* w, int i, vnx32f* p) { return w[i] ? p : nullptr; }
+inline vnxiPoint* want(const bool* w, int i, vnxiPoint* p) { return w[i] ? p : nullptr; }
+#define VT_RESULTS want(w, 0, &o->mn), want(w, 1, &o->mx), want(w, 2, &o->pmn), want(w, 3, &o->pmx)
 
 template <class T>
 Member adapt(const char* n, vnxStatus (*f)(const T*, int, vnxiSize, vnx32f*, vnx32f*, vnxiPoint*, vnxiPoint*)) {
-  return {n, st::tyOf<T>(), 1, false, [f](const void* s, int ss, const vnx8u*, int, vnxiSize r, int, Result* o) {
-            return f(static_cast<const T*>(s), ss, r, &o->mn, &o->mx, &o->pmn, &o->pmx);
-          }};
+  auto some = [f](const void* s, int ss, const vnx8u*, int, vnxiSize r, int, Result* o, const bool* w) {
+    return f(static_cast<const T*>(s), ss, r, VT_RESULTS);
+  };
+  return {n, st::tyOf<T>(), 1, false, nullptr, some};
 }
 template <class T>
 Member adapt(const char* n, vnxStatus (*f)(const T*, int, vnxiSize, int, vnx32f*, vnx32f*, vnxiPoint*, vnxiPoint*)) {
-  return {n, st::tyOf<T>(), 3, false, [f](const void* s, int ss, const vnx8u*, int, vnxiSize r, int c, Result* o) {
-            return f(static_cast<const T*>(s), ss, r, c, &o->mn, &o->mx, &o->pmn, &o->pmx);
-          }};
+  auto some = [f](const void* s, int ss, const vnx8u*, int, vnxiSize r, int c, Result* o, const bool* w) {
+    return f(static_cast<const T*>(s), ss, r, c, VT_RESULTS);
+  };
+  return {n, st::tyOf<T>(), 3, false, nullptr, some};
 }
 template <class T>
 Member adapt(const char* n,
              vnxStatus (*f)(const T*, int, const vnx8u*, int, vnxiSize, vnx32f*, vnx32f*, vnxiPoint*, vnxiPoint*)) {
-  return {n, st::tyOf<T>(), 1, true, [f](const void* s, int ss, const vnx8u* m, int ms, vnxiSize r, int, Result* o) {
-            return f(static_cast<const T*>(s), ss, m, ms, r, &o->mn, &o->mx, &o->pmn, &o->pmx);
-          }};
+  auto some = [f](const void* s, int ss, const vnx8u* m, int ms, vnxiSize r, int, Result* o, const bool* w) {
+    return f(static_cast<const T*>(s), ss, m, ms, r, VT_RESULTS);
+  };
+  return {n, st::tyOf<T>(), 1, true, nullptr, some};
 }
 template <class T>
 Member adapt(const char* n, vnxStatus (*f)(const T*, int, const vnx8u*, int, vnxiSize, int, vnx32f*, vnx32f*,
                                            vnxiPoint*, vnxiPoint*)) {
-  return {n, st::tyOf<T>(), 3, true, [f](const void* s, int ss, const vnx8u* m, int ms, vnxiSize r, int c, Result* o) {
-            return f(static_cast<const T*>(s), ss, m, ms, r, c, &o->mn, &o->mx, &o->pmn, &o->pmx);
-          }};
+  auto some = [f](const void* s, int ss, const vnx8u* m, int ms, vnxiSize r, int c, Result* o, const bool* w) {
+    return f(static_cast<const T*>(s), ss, m, ms, r, c, VT_RESULTS);
+  };
+  return {n, st::tyOf<T>(), 3, true, nullptr, some};
 }
-#define MEMBER(fn) adapt(#fn, fn)
+#undef VT_RESULTS
+// Every result wanted.
+Member withAll(Member m) {
+  auto some = m.some;
+  m.call = [some](const void* s, int ss, const vnx8u* k, int ks, vnxiSize r, int c, Result* o) {
+    static const bool all[4] = {true, true, true, true};
+    return some(s, ss, k, ks, r, c, o, all);
+  };
+  return m;
+}
+#define MEMBER(fn) withAll(adapt(#fn, fn))
 
 const std::vector<Member>& members() {
   static const std::vector<Member> m = {
@@ -157,6 +178,27 @@ TEST(MinMaxIndx, ContractExamples) {
   img.fill([](int, int, int) { return 255; });
   ASSERT_EQ(vnxiMinMaxIndx_8u_C1R(img.ptr(), img.step(), img.size(), &r.mn, &r.mx, &r.pmn, &r.pmx), vnxStatusOk);
   EXPECT_TRUE(r.mn == 255 && r.mx == 255 && r.pmn.x == 0 && r.pmn.y == 0 && r.pmx.x == 0 && r.pmx.y == 0);
+}
+
+// The four result pointers are not checked: a null one is not written and the
+// others get what a call with all four gets.
+TEST(MinMaxIndx, NullResultPointersAreNotWanted) {
+  std::mt19937 rng(23);
+  for (const Member& m : members()) {
+    const st::AnyImage img = st::randomImage(m.ty, 33, 7, m.channels, rng);
+    const st::Mask mask = st::makeMask(st::MaskKind::Random, 33, 7, rng);
+    Result all{};
+    ASSERT_EQ(m.call(img.ptr, img.step, mask.ptr(), mask.step(), {33, 7}, 2, &all), vnxStatusOk);
+    for (int bitsWanted = 0; bitsWanted < 15; ++bitsWanted) {
+      const bool w[4] = {bool(bitsWanted & 1), bool(bitsWanted & 2), bool(bitsWanted & 4), bool(bitsWanted & 8)};
+      Result r{-3, -3, {-3, -3}, {-3, -3}};
+      EXPECT_EQ(m.some(img.ptr, img.step, mask.ptr(), mask.step(), {33, 7}, 2, &r, w), vnxStatusOk) << m.name;
+      EXPECT_EQ(r.mn, w[0] ? all.mn : -3) << m.name << " " << bitsWanted;
+      EXPECT_EQ(r.mx, w[1] ? all.mx : -3) << m.name << " " << bitsWanted;
+      EXPECT_EQ(r.pmn.x + 100 * r.pmn.y, w[2] ? all.pmn.x + 100 * all.pmn.y : -303) << m.name << " " << bitsWanted;
+      EXPECT_EQ(r.pmx.x + 100 * r.pmx.y, w[3] ? all.pmx.x + 100 * all.pmx.y : -303) << m.name << " " << bitsWanted;
+    }
+  }
 }
 
 TEST(MinMaxIndx, StatusesInOrderForEveryMember) {

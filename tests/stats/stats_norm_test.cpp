@@ -202,7 +202,8 @@ TEST(Norm, RelativeNormWarnsOnZeroDenominator) {
   EXPECT_EQ(v, std::numeric_limits<double>::infinity());
   EXPECT_EQ(vnxiNormRel_L2_8u_C1MR(one, 2, zero, 2, none, 2, {2, 1}, &v), vnxStatusDivByZero);
   EXPECT_EQ(vt::bits(v), kSignedNaN);
-  EXPECT_EQ(vnxiNorm_L2_32f_C1MR(reinterpret_cast<const float*>(zero), 4, none, 1, {1, 1}, &v), vnxStatusOk);
+  const float zf = 0;
+  EXPECT_EQ(vnxiNorm_L2_32f_C1MR(&zf, 4, none, 1, {1, 1}, &v), vnxStatusOk);
   EXPECT_EQ(vt::bits(v), vt::bits(0.0));
 }
 

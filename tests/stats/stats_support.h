@@ -68,10 +68,11 @@ inline Mask makeMask(MaskKind k, int w, int h, std::mt19937& rng, vt::Guard guar
   return {img};
 }
 
-// Awkward sizes: single rows and columns, around one vector, odd widths.
+// Awkward sizes: single rows and columns, around one vector, odd widths, and rows
+// wider than one run of 16384 samples (one channel) or 1024 pixels (three channels).
 inline const std::vector<vnxiSize>& awkwardSizes() {
-  static const std::vector<vnxiSize> s = {{1, 1},  {1, 37}, {37, 1}, {15, 3}, {16, 5},
-                                          {17, 4}, {33, 7}, {47, 9}, {130, 3}};
+  static const std::vector<vnxiSize> s = {{1, 1},  {1, 37}, {37, 1},  {15, 3},    {16, 5},
+                                          {17, 4}, {33, 7}, {47, 9}, {130, 3}, {16401, 2}};
   return s;
 }
 
