@@ -67,9 +67,11 @@ void checkIntegerType() {
     EXPECT_EQ(ownCountRow(sel.data(), w), count) << what;
     if constexpr (sizeof(T) == 1) {
       ownByteSums<ownPlainSrc<T>> k;
-      k.row(ownPlainSrc<T>{a.data()}, w);
       ownIntSums ref{0, 0};
-      ownSumsRow<kOwnSum | kOwnSq>(ownPlainSrc<T>{a.data()}, nullptr, 0, w, ref);
+      for (const T* row : {a.data(), b.data()}) {  // a second row adds to the same lanes
+        k.row(ownPlainSrc<T>{row}, w);
+        ownSumsRow<kOwnSum | kOwnSq>(ownPlainSrc<T>{row}, nullptr, 0, w, ref);
+      }
       const ownIntSums got = k.total();
       EXPECT_TRUE(got.sum == ref.sum && got.sq == ref.sq) << what << " byte sums";
     }
