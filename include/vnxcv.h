@@ -230,7 +230,10 @@ VNX_API vnxStatus vnxiUpdateMotionHistory_32f_C1IR(const vnx32f* pSilhouette, in
  * sums of squares, counts) are exact in 64 bits, whatever the pixel count, so their
  * results do not depend on the thread count; 32f sums are kept in double precision.
  * A band partial for more than 32 bands comes from the scratch allocator: if it
- * cannot be had the call returns -9 and writes nothing. */
+ * cannot be had the call returns -9 and writes nothing. Any coi is accepted as an
+ * argument (INT_MIN and INT_MAX give -52 like 0 and 4); sources may start at any byte
+ * (samples are read with unaligned loads). A 32f result that is NaN (a NaN sample, or
+ * +inf and -inf in one sum) is the library's one NaN at every thread count. */
 
 /* Mean of the selected samples; 0.0 when none is selected. Serial below threads x 131072 pixels. */
 VNX_API vnxStatus vnxiMean_8u_C1MR(const vnx8u* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize,
@@ -287,7 +290,8 @@ VNX_API vnxStatus vnxiMean_StdDev_32f_C1MR(const vnx32f* pSrc, int srcStep, cons
 VNX_API vnxStatus vnxiMean_StdDev_32f_C3CMR(const vnx32f* pSrc, int srcStep, const vnx8u* pMask, int maskStep, vnxiSize roiSize,
                                             int coi, vnx64f* pMean, vnx64f* pStdDev) VNX_NOEXCEPT;
 /* Smallest and largest sample (as 32f) and the first location of each in raster order. The
- * four result pointers are required and not checked. Serial below 16384 pixels, else one band
+ * four result pointers are not checked: a null one means that result is not wanted, and
+ * nothing is written there (the status and the other results are unchanged). Serial below 16384 pixels, else one band
  * a thread; a later band wins a tie for neither. With no pixel selected: 0, 0, (0, 0), (0, 0).
  * 32f NaN samples are skipped. The column search that follows the row scan reports x = 0 when
  * the row holds no selected sample equal to the extreme (only possible when the extreme

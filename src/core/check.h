@@ -69,3 +69,55 @@ inline vnxStatus ownCheckSourcesThenMask(std::initializer_list<ownStep> sources,
 
 // Channel of interest of the C3C forms.
 inline vnxStatus ownCheckCoi(int coi) { return (coi < 1 || coi > 3) ? vnxStatusBadCoi : vnxStatusOk; }
+
+// ---- statistics (means, deviations, extrema, norms) -------------------------------
+
+// A statistics image: `width` pixels of `channels` samples of T.
+template <class T>
+inline ownStep ownStatImg(int step, int width, int channels) {
+  return {step, static_cast<std::int64_t>(width) * channels * static_cast<int>(sizeof(T)), static_cast<int>(sizeof(T))};
+}
+
+// Whether a statistics form takes a mask: a masked form requires its mask pointer.
+enum class ownMaskForm { Unmasked, Masked };
+
+// coi of the C3C forms (channels == 3); one-channel forms ignore it.
+inline vnxStatus ownCheckChannelOfInterest(int channels, int coi) {
+  return channels == 3 ? ownCheckCoi(coi) : vnxStatusOk;
+}
+
+// Means, deviations and extrema: the source pointer, the mask pointer of a masked
+// form, then the result pointers the operation requires; ROI; the source step and
+// the mask step against their row bytes, then the source step's multiple; coi.
+template <class T>
+inline vnxStatus ownCheckStat(vnxiSize roi, const void* src, int srcStep, ownMaskForm form, const vnx8u* mask,
+                              int maskStep, int channels, int coi, std::initializer_list<const void*> results = {}) {
+  if (!src || (form == ownMaskForm::Masked && !mask)) return vnxStatusNullPtr;
+  if (vnxStatus st = ownCheckPtrs(results)) return st;
+  if (vnxStatus st = ownCheckRoi(roi)) return st;
+  const ownStep s = ownStatImg<T>(srcStep, roi.width, channels);
+  vnxStatus st = form == ownMaskForm::Masked ? ownCheckSteps({s, ownImg<vnx8u>(maskStep, roi.width)}) : ownCheckSteps({s});
+  return st ? st : ownCheckChannelOfInterest(channels, coi);
+}
+
+// The masked norms: the source pointers (one, or two for differences and relative
+// norms), the mask and the result pointer; ROI; the source steps against their row
+// bytes and then their multiples, and only then the mask step; coi.
+struct ownStatSource {
+  const void* ptr;
+  int step;
+};
+template <class T>
+inline vnxStatus ownCheckMaskedNorm(vnxiSize roi, std::initializer_list<ownStatSource> sources, const vnx8u* mask,
+                                    int maskStep, const void* result, int channels, int coi) {
+  for (const ownStatSource& s : sources)
+    if (!s.ptr) return vnxStatusNullPtr;
+  if (vnxStatus st = ownCheckPtrs({mask, result})) return st;
+  if (vnxStatus st = ownCheckRoi(roi)) return st;
+  ownStep steps[2];
+  int n = 0;
+  for (const ownStatSource& s : sources) steps[n++] = ownStatImg<T>(s.step, roi.width, channels);
+  const ownStep m = ownImg<vnx8u>(maskStep, roi.width);
+  vnxStatus st = n == 1 ? ownCheckSourcesThenMask({steps[0]}, m) : ownCheckSourcesThenMask({steps[0], steps[1]}, m);
+  return st ? st : ownCheckChannelOfInterest(channels, coi);
+}

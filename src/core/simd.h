@@ -190,3 +190,136 @@ inline __m128 ownMulPs(__m128 a, __m128 b) { return _mm_mul_ps(a, b); }
 inline __m128 ownBlendPs(__m128 acc, __m128 s, __m128 w) { return _mm_add_ps(acc, _mm_mul_ps(_mm_sub_ps(s, acc), w)); }
 // v with the lanes below t cleared to +0.0; a NaN lane is not below t and is kept.
 inline __m128 ownClearBelowPs(__m128 v, __m128 t) { return _mm_andnot_ps(_mm_cmplt_ps(v, t), v); }
+
+// ---- statistics: lane types, lane folds, widening sums, selects -------------------
+#include <cstring>
+
+// Folds the lanes of a vector onto its first lane of LaneBytes bytes with op:
+// the upper half onto the lower, then the upper quarter, down to one lane.
+template <int LaneBytes, class Op>
+inline unsigned ownFoldLanes(__m128i m, Op op) {
+  m = op(m, _mm_srli_si128(m, 8));
+  m = op(m, _mm_srli_si128(m, 4));
+  if constexpr (LaneBytes < 4) m = op(m, _mm_srli_si128(m, 2));
+  if constexpr (LaneBytes < 2) m = op(m, _mm_srli_si128(m, 1));
+  return static_cast<unsigned>(_mm_cvtsi128_si32(m)) & ((1u << (8 * LaneBytes)) - 1);
+}
+// Totals of two 64-bit and of four 32-bit unsigned lanes.
+inline std::uint64_t ownSumLanesU64(__m128i a) {
+  alignas(16) std::uint64_t l[2];
+  _mm_store_si128(reinterpret_cast<__m128i*>(l), a);
+  return l[0] + l[1];
+}
+inline std::uint64_t ownSumLanesU32(__m128i a) {
+  alignas(16) std::uint32_t l[4];
+  _mm_store_si128(reinterpret_cast<__m128i*>(l), a);
+  return std::uint64_t(l[0]) + l[1] + l[2] + l[3];
+}
+// Four unsigned 32-bit lanes added into two 64-bit lanes of acc.
+inline __m128i ownAddWidenedU32(__m128i acc, __m128i v) {
+  const __m128i z = _mm_setzero_si128();
+  return _mm_add_epi64(acc, _mm_add_epi64(_mm_unpacklo_epi32(v, z), _mm_unpackhi_epi32(v, z)));
+}
+// Sums of the low and of the high eight unsigned bytes, in two 64-bit lanes.
+inline __m128i ownSumBytes(__m128i v) { return _mm_sad_epu8(v, _mm_setzero_si128()); }
+// Squares of the low eight unsigned bytes added in pairs (four 32-bit lanes); hi gets
+// those of the high eight.
+inline __m128i ownSquarePairsU8(__m128i v, __m128i& hi) {
+  const __m128i z = _mm_setzero_si128();
+  const __m128i lo = _mm_unpacklo_epi8(v, z);
+  hi = _mm_unpackhi_epi8(v, z);
+  hi = _mm_madd_epi16(hi, hi);
+  return _mm_madd_epi16(lo, lo);
+}
+// Number of nonzero bytes among 16, in two 64-bit lanes.
+inline __m128i ownCountNonzeroBytes(__m128i m) { return ownSumBytes(_mm_and_si128(ownMaskTo8(m), _mm_set1_epi8(1))); }
+// True when every byte of a equals the one of b.
+inline bool ownSameBytes(__m128i a, __m128i b) { return _mm_movemask_epi8(_mm_cmpeq_epi8(a, b)) == 0xffff; }
+// Signed bytes as order-preserving unsigned ones (s + 128), and |s| read unsigned (|-128| = 128).
+inline __m128i ownOffsetS8(__m128i v) { return _mm_xor_si128(v, _mm_set1_epi8(-128)); }
+inline __m128i ownAbsS8(__m128i v) { return _mm_min_epu8(v, _mm_sub_epi8(_mm_setzero_si128(), v)); }
+
+// 16 unsigned 8-bit lanes a vector.
+struct ownLanes8 {
+  static constexpr int kPerVec = 16;
+  static constexpr unsigned kTop = 255;
+  static void keep(const vnx8u* sel, __m128i k[1]) { k[0] = ownMaskTo8(ownLoad(sel)); }
+  // sum: 64-bit lanes (a sum of absolute differences against zero)
+  static __m128i addSum(__m128i acc, __m128i v) { return _mm_add_epi64(acc, ownSumBytes(v)); }
+  static std::uint64_t flushSum(__m128i a) { return ownSumLanesU64(a); }
+  // squares: 32-bit lanes, each gains at most 2 * 2 * 255^2 a vector
+  static __m128i addSq(__m128i acc, __m128i v) {
+    __m128i hi;
+    const __m128i lo = ownSquarePairsU8(v, hi);
+    return _mm_add_epi32(acc, _mm_add_epi32(lo, hi));
+  }
+  static std::uint64_t flushSq(__m128i a) { return ownSumLanesU32(a); }
+  static __m128i max(__m128i a, __m128i b) { return _mm_max_epu8(a, b); }
+  static __m128i min(__m128i a, __m128i b) { return _mm_min_epu8(a, b); }
+  static __m128i splat(unsigned v) { return _mm_set1_epi8(static_cast<char>(v)); }
+  static unsigned hmax(__m128i m) { return ownFoldLanes<1>(m, [](__m128i a, __m128i b) { return max(a, b); }); }
+  static unsigned hmin(__m128i m) { return ownFoldLanes<1>(m, [](__m128i a, __m128i b) { return min(a, b); }); }
+};
+
+// 8 unsigned 16-bit lanes a vector.
+struct ownLanes16 {
+  static constexpr int kPerVec = 8;
+  static constexpr unsigned kTop = 65535;
+  static void keep(const vnx8u* sel, __m128i k[2]) { ownMaskTo16(ownLoad(sel), k); }
+  // sum: 32-bit lanes, each gains at most 2 * 65535 a vector
+  static __m128i addSum(__m128i acc, __m128i v) {
+    const __m128i z = _mm_setzero_si128();
+    return _mm_add_epi32(acc, _mm_add_epi32(_mm_unpacklo_epi16(v, z), _mm_unpackhi_epi16(v, z)));
+  }
+  static std::uint64_t flushSum(__m128i a) { return ownSumLanesU32(a); }
+  // squares: 32-bit products (65535^2 < 2^32) widened into 64-bit lanes
+  static __m128i addSq(__m128i acc, __m128i v) {
+    const __m128i lo = _mm_mullo_epi16(v, v), hi = _mm_mulhi_epu16(v, v);
+    return ownAddWidenedU32(ownAddWidenedU32(acc, _mm_unpacklo_epi16(lo, hi)), _mm_unpackhi_epi16(lo, hi));
+  }
+  static std::uint64_t flushSq(__m128i a) { return ownSumLanesU64(a); }
+  // unsigned 16-bit max and min from saturating differences (SSE2 has only signed ones)
+  static __m128i max(__m128i a, __m128i b) { return _mm_add_epi16(_mm_subs_epu16(a, b), b); }
+  static __m128i min(__m128i a, __m128i b) { return _mm_sub_epi16(a, _mm_subs_epu16(a, b)); }
+  static __m128i splat(unsigned v) { return _mm_set1_epi16(static_cast<short>(v)); }
+  static unsigned hmax(__m128i m) { return ownFoldLanes<2>(m, [](__m128i a, __m128i b) { return max(a, b); }); }
+  static unsigned hmin(__m128i m) { return ownFoldLanes<2>(m, [](__m128i a, __m128i b) { return min(a, b); }); }
+};
+
+// Four floats from anywhere (no alignment needed) or from a 16-byte boundary, and
+// one sample from any address (a source may start at an odd byte).
+inline __m128 ownLoadPs(const float* p) { return _mm_loadu_ps(p); }
+inline __m128 ownLoadAlignedPs(const float* p) { return _mm_load_ps(p); }
+template <class T>
+inline T ownLoadSample(const T* p) {
+  T v;
+  std::memcpy(&v, p, sizeof v);
+  return v;
+}
+// Four floats widened to double, added into two running double pairs (s0: lanes 0, 1; s1: lanes 2, 3),
+// and their squares into q0, q1.
+inline void ownWidenPs(__m128 v, __m128d& lo, __m128d& hi) {
+  lo = _mm_cvtps_pd(v);
+  hi = _mm_cvtps_pd(_mm_movehl_ps(v, v));
+}
+inline void ownAddPs(__m128d& s0, __m128d& s1, __m128d a, __m128d b) {
+  s0 = _mm_add_pd(s0, a);
+  s1 = _mm_add_pd(s1, b);
+}
+inline void ownAddSquaresPd(__m128d& q0, __m128d& q1, __m128d a, __m128d b) {
+  q0 = _mm_add_pd(q0, _mm_mul_pd(a, a));
+  q1 = _mm_add_pd(q1, _mm_mul_pd(b, b));
+}
+// Four-lane float selector as two double selectors; sel ? v : +0.0 for doubles.
+inline void ownWidenSelector(__m128 sel, __m128d& lo, __m128d& hi) {
+  const __m128i k = _mm_castps_si128(sel);
+  lo = _mm_castsi128_pd(_mm_unpacklo_epi32(k, k));
+  hi = _mm_castsi128_pd(_mm_unpackhi_epi32(k, k));
+}
+inline __m128d ownKeepPd(__m128d sel, __m128d v) { return _mm_and_pd(v, sel); }
+// sel ? v : +0.0 for floats; |a - b| of floats (difference rounded to single precision first).
+inline __m128 ownKeepPs(__m128 sel, __m128 v) { return _mm_and_ps(v, sel); }
+inline __m128 ownAbsDiffPs(__m128 a, __m128 b) { return ownAbsPs(_mm_sub_ps(a, b)); }
+// Lane-wise max(v, acc) and min(v, acc): a NaN lane of v leaves acc as it was.
+inline __m128 ownMaxSkipNaN(__m128 v, __m128 acc) { return _mm_max_ps(v, acc); }
+inline __m128 ownMinSkipNaN(__m128 v, __m128 acc) { return _mm_min_ps(v, acc); }

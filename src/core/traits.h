@@ -66,3 +66,18 @@ inline double ownCanonicalNaN(double v) {
   std::memcpy(&d, &u, 8);
   return d;
 }
+
+// ---- statistics ------------------------------------------------------------------
+// What a sample of T becomes in the statistics kernels: Acc holds exact integer sums
+// (64 bits) or double sums of 32f samples; Extreme is the comparable value of a
+// sample in extrema and infinity norms (integers as order-preserving unsigned lanes).
+template <class T>
+struct ownStatTraits {
+  using Acc = std::uint64_t;
+  using Extreme = unsigned;
+};
+template <>
+struct ownStatTraits<vnx32f> {
+  using Acc = double;
+  using Extreme = float;
+};

@@ -1,31 +1,16 @@
 // Means and population standard deviations of one channel: vnxiMean_StdDev_*.
-#include "stats/vncvstats.h"
+#include <cmath>
 
-namespace {
-// Unmasked forms: serial below threads * 65536 pixels and on a single-core die.
-constexpr ownBandPolicy kPlainBanding = kOwnBandsReduce64KCoreTest;
-// Masked forms: serial below threads * 131072 pixels.
-constexpr ownBandPolicy kMaskedBanding = kOwnBandsReduce;
-}  // namespace
+#include "stats/vncvmean.h"
 
-// One channel: below 5001 pixels the short kernel; from 100000 pixels, or with a
-// source or step that is not a whole number of floats, or rows that do not all
-// start at the same 16-byte phase, the general kernel; otherwise the aligned one.
-// Channel of interest: below 5000 pixels the short kernel; the aligned one when
-// the source is 16-byte aligned and its step a multiple of four floats; else the general.
-ownSum32fKernel ownPickSum32fKernel(vnxiSize roi, const void* src, int srcStep, int channels) noexcept {
-  const std::int64_t pixels = static_cast<std::int64_t>(roi.width) * roi.height;
-  const std::uintptr_t p = reinterpret_cast<std::uintptr_t>(src);
-  const bool stepOf4Floats = (srcStep / 4) % 4 == 0;
-  if (channels == 1) {
-    if (pixels < 5001) return ownSum32fKernel::Short;
-    if (pixels >= 100000 || p % 4 != 0 || !stepOf4Floats) return ownSum32fKernel::General;
-    return ownSum32fKernel::Aligned;
-  }
-  if (pixels < 5000) return ownSum32fKernel::Short;
-  return (p % 16 == 0 && stepOf4Floats) ? ownSum32fKernel::Aligned : ownSum32fKernel::General;
+// Unmasked forms: serial below threads * 65536 pixels and on a single-core die;
+// masked forms: serial below threads * 131072 pixels.
+template <class T>
+constexpr ownBandPolicy ownMeanStdDevBands(const ownStatArgs<T>& a) {
+  return a.form == ownMaskForm::Masked ? kOwnBandsReduce : kOwnBandsReduce64KCoreTest;
 }
 
+// Second pass of the 32f deviation over the same pixels and bands: sum of (x - m)^2.
 vnxStatus ownDeviationPass(const ownStatArgs<vnx32f>& a, int nBands, double m, double& dev) {
   return ownReduceBands<double>(
       a.roi.height, nBands,
@@ -42,98 +27,112 @@ vnxStatus ownDeviationPass(const ownStatArgs<vnx32f>& a, int nBands, double m, d
       [](double& t, double p) { t += p; }, &dev);
 }
 
+// Mean and population standard deviation. Both result pointers are optional: a
+// null one is not written.
+template <class T>
+vnxStatus ownMeanStdDev(const ownStatArgs<T>& a, vnx64f* pMean, vnx64f* pStdDev) {
+  if (vnxStatus st = a.check()) return st;
+  ownMeanTotals t{};
+  const ownSum32fKernel serial = std::is_same<T, vnx32f>::value
+                                     ? ownPickSum32fKernel(a.roi, a.src, a.srcStep, a.channels)
+                                     : ownSum32fKernel::General;
+  if (vnxStatus st = ownMeanSums<kOwnSum | kOwnSq>(a, ownMeanStdDevBands(a), serial, t)) return st;
+  double mean = 0, sd = 0;
+  if (t.count) {
+    const double dn = static_cast<double>(t.count);
+    mean = t.sum / dn;
+    sd = std::sqrt(std::fabs(t.sq / dn - mean * mean));
+  }
+  if constexpr (std::is_same<T, vnx32f>::value) {
+    // A deviation small against the mean lost its bits to cancellation: measure
+    // again around the mean rounded to single precision.
+    if (pStdDev && 0.05 * mean * mean > sd * sd) {
+      double dev = 0;
+      if (vnxStatus st = ownDeviationPass(a, t.bands, static_cast<double>(static_cast<float>(mean)), dev)) return st;
+      sd = std::sqrt(dev / static_cast<double>(t.count));
+    }
+  }
+  if (pMean) *pMean = ownCanonicalNaN(mean);
+  if (pStdDev) *pStdDev = ownCanonicalNaN(sd);
+  return vnxStatusOk;
+}
+
 VNX_API vnxStatus vnxiMean_StdDev_8u_C1R(const vnx8u* pSrc, int srcStep, vnxiSize roiSize, vnx64f* pMean,
                                          vnx64f* pStdDev) noexcept {
-  return ownMeanStdDev(ownStatArgs<vnx8u>{pSrc, srcStep, nullptr, 0, roiSize, 1, 1, false}, pMean, pStdDev,
-                       kPlainBanding);
+  return ownMeanStdDev(ownStatArgs<vnx8u>::plain(pSrc, srcStep, roiSize), pMean, pStdDev);
 }
 
 VNX_API vnxStatus vnxiMean_StdDev_8u_C3CR(const vnx8u* pSrc, int srcStep, vnxiSize roiSize, int coi, vnx64f* pMean,
                                           vnx64f* pStdDev) noexcept {
-  return ownMeanStdDev(ownStatArgs<vnx8u>{pSrc, srcStep, nullptr, 0, roiSize, 3, coi, false}, pMean, pStdDev,
-                       kPlainBanding);
+  return ownMeanStdDev(ownStatArgs<vnx8u>::channel(pSrc, srcStep, roiSize, coi), pMean, pStdDev);
 }
 
 VNX_API vnxStatus vnxiMean_StdDev_8u_C1MR(const vnx8u* pSrc, int srcStep, const vnx8u* pMask, int maskStep,
                                           vnxiSize roiSize, vnx64f* pMean, vnx64f* pStdDev) noexcept {
-  return ownMeanStdDev(ownStatArgs<vnx8u>{pSrc, srcStep, pMask, maskStep, roiSize, 1, 1, true}, pMean, pStdDev,
-                       kMaskedBanding);
+  return ownMeanStdDev(ownStatArgs<vnx8u>::masked(pSrc, srcStep, pMask, maskStep, roiSize), pMean, pStdDev);
 }
 
 VNX_API vnxStatus vnxiMean_StdDev_8u_C3CMR(const vnx8u* pSrc, int srcStep, const vnx8u* pMask, int maskStep,
                                            vnxiSize roiSize, int coi, vnx64f* pMean, vnx64f* pStdDev) noexcept {
-  return ownMeanStdDev(ownStatArgs<vnx8u>{pSrc, srcStep, pMask, maskStep, roiSize, 3, coi, true}, pMean, pStdDev,
-                       kMaskedBanding);
+  return ownMeanStdDev(ownStatArgs<vnx8u>::maskedChannel(pSrc, srcStep, pMask, maskStep, roiSize, coi), pMean, pStdDev);
 }
 
 VNX_API vnxStatus vnxiMean_StdDev_8s_C1R(const vnx8s* pSrc, int srcStep, vnxiSize roiSize, vnx64f* pMean,
                                          vnx64f* pStdDev) noexcept {
-  return ownMeanStdDev(ownStatArgs<vnx8s>{pSrc, srcStep, nullptr, 0, roiSize, 1, 1, false}, pMean, pStdDev,
-                       kPlainBanding);
+  return ownMeanStdDev(ownStatArgs<vnx8s>::plain(pSrc, srcStep, roiSize), pMean, pStdDev);
 }
 
 VNX_API vnxStatus vnxiMean_StdDev_8s_C3CR(const vnx8s* pSrc, int srcStep, vnxiSize roiSize, int coi, vnx64f* pMean,
                                           vnx64f* pStdDev) noexcept {
-  return ownMeanStdDev(ownStatArgs<vnx8s>{pSrc, srcStep, nullptr, 0, roiSize, 3, coi, false}, pMean, pStdDev,
-                       kPlainBanding);
+  return ownMeanStdDev(ownStatArgs<vnx8s>::channel(pSrc, srcStep, roiSize, coi), pMean, pStdDev);
 }
 
 VNX_API vnxStatus vnxiMean_StdDev_8s_C1MR(const vnx8s* pSrc, int srcStep, const vnx8u* pMask, int maskStep,
                                           vnxiSize roiSize, vnx64f* pMean, vnx64f* pStdDev) noexcept {
-  return ownMeanStdDev(ownStatArgs<vnx8s>{pSrc, srcStep, pMask, maskStep, roiSize, 1, 1, true}, pMean, pStdDev,
-                       kMaskedBanding);
+  return ownMeanStdDev(ownStatArgs<vnx8s>::masked(pSrc, srcStep, pMask, maskStep, roiSize), pMean, pStdDev);
 }
 
 VNX_API vnxStatus vnxiMean_StdDev_8s_C3CMR(const vnx8s* pSrc, int srcStep, const vnx8u* pMask, int maskStep,
                                            vnxiSize roiSize, int coi, vnx64f* pMean, vnx64f* pStdDev) noexcept {
-  return ownMeanStdDev(ownStatArgs<vnx8s>{pSrc, srcStep, pMask, maskStep, roiSize, 3, coi, true}, pMean, pStdDev,
-                       kMaskedBanding);
+  return ownMeanStdDev(ownStatArgs<vnx8s>::maskedChannel(pSrc, srcStep, pMask, maskStep, roiSize, coi), pMean, pStdDev);
 }
 
 VNX_API vnxStatus vnxiMean_StdDev_16u_C1R(const vnx16u* pSrc, int srcStep, vnxiSize roiSize, vnx64f* pMean,
                                           vnx64f* pStdDev) noexcept {
-  return ownMeanStdDev(ownStatArgs<vnx16u>{pSrc, srcStep, nullptr, 0, roiSize, 1, 1, false}, pMean, pStdDev,
-                       kPlainBanding);
+  return ownMeanStdDev(ownStatArgs<vnx16u>::plain(pSrc, srcStep, roiSize), pMean, pStdDev);
 }
 
 VNX_API vnxStatus vnxiMean_StdDev_16u_C3CR(const vnx16u* pSrc, int srcStep, vnxiSize roiSize, int coi, vnx64f* pMean,
                                            vnx64f* pStdDev) noexcept {
-  return ownMeanStdDev(ownStatArgs<vnx16u>{pSrc, srcStep, nullptr, 0, roiSize, 3, coi, false}, pMean, pStdDev,
-                       kPlainBanding);
+  return ownMeanStdDev(ownStatArgs<vnx16u>::channel(pSrc, srcStep, roiSize, coi), pMean, pStdDev);
 }
 
 VNX_API vnxStatus vnxiMean_StdDev_16u_C1MR(const vnx16u* pSrc, int srcStep, const vnx8u* pMask, int maskStep,
                                            vnxiSize roiSize, vnx64f* pMean, vnx64f* pStdDev) noexcept {
-  return ownMeanStdDev(ownStatArgs<vnx16u>{pSrc, srcStep, pMask, maskStep, roiSize, 1, 1, true}, pMean, pStdDev,
-                       kMaskedBanding);
+  return ownMeanStdDev(ownStatArgs<vnx16u>::masked(pSrc, srcStep, pMask, maskStep, roiSize), pMean, pStdDev);
 }
 
 VNX_API vnxStatus vnxiMean_StdDev_16u_C3CMR(const vnx16u* pSrc, int srcStep, const vnx8u* pMask, int maskStep,
                                             vnxiSize roiSize, int coi, vnx64f* pMean, vnx64f* pStdDev) noexcept {
-  return ownMeanStdDev(ownStatArgs<vnx16u>{pSrc, srcStep, pMask, maskStep, roiSize, 3, coi, true}, pMean, pStdDev,
-                       kMaskedBanding);
+  return ownMeanStdDev(ownStatArgs<vnx16u>::maskedChannel(pSrc, srcStep, pMask, maskStep, roiSize, coi), pMean, pStdDev);
 }
 
 VNX_API vnxStatus vnxiMean_StdDev_32f_C1R(const vnx32f* pSrc, int srcStep, vnxiSize roiSize, vnx64f* pMean,
                                           vnx64f* pStdDev) noexcept {
-  return ownMeanStdDev(ownStatArgs<vnx32f>{pSrc, srcStep, nullptr, 0, roiSize, 1, 1, false}, pMean, pStdDev,
-                       kPlainBanding);
+  return ownMeanStdDev(ownStatArgs<vnx32f>::plain(pSrc, srcStep, roiSize), pMean, pStdDev);
 }
 
 VNX_API vnxStatus vnxiMean_StdDev_32f_C3CR(const vnx32f* pSrc, int srcStep, vnxiSize roiSize, int coi, vnx64f* pMean,
                                            vnx64f* pStdDev) noexcept {
-  return ownMeanStdDev(ownStatArgs<vnx32f>{pSrc, srcStep, nullptr, 0, roiSize, 3, coi, false}, pMean, pStdDev,
-                       kPlainBanding);
+  return ownMeanStdDev(ownStatArgs<vnx32f>::channel(pSrc, srcStep, roiSize, coi), pMean, pStdDev);
 }
 
 VNX_API vnxStatus vnxiMean_StdDev_32f_C1MR(const vnx32f* pSrc, int srcStep, const vnx8u* pMask, int maskStep,
                                            vnxiSize roiSize, vnx64f* pMean, vnx64f* pStdDev) noexcept {
-  return ownMeanStdDev(ownStatArgs<vnx32f>{pSrc, srcStep, pMask, maskStep, roiSize, 1, 1, true}, pMean, pStdDev,
-                       kMaskedBanding);
+  return ownMeanStdDev(ownStatArgs<vnx32f>::masked(pSrc, srcStep, pMask, maskStep, roiSize), pMean, pStdDev);
 }
 
 VNX_API vnxStatus vnxiMean_StdDev_32f_C3CMR(const vnx32f* pSrc, int srcStep, const vnx8u* pMask, int maskStep,
                                             vnxiSize roiSize, int coi, vnx64f* pMean, vnx64f* pStdDev) noexcept {
-  return ownMeanStdDev(ownStatArgs<vnx32f>{pSrc, srcStep, pMask, maskStep, roiSize, 3, coi, true}, pMean, pStdDev,
-                       kMaskedBanding);
+  return ownMeanStdDev(ownStatArgs<vnx32f>::maskedChannel(pSrc, srcStep, pMask, maskStep, roiSize, coi), pMean, pStdDev);
 }

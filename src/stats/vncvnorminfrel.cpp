@@ -1,59 +1,54 @@
 // Relative infinity norms: vnxiNormRel_Inf_*.
-#include "stats/vncvstats.h"
-
-namespace {
-// Serial below threads * 131072 pixels and on a single-core die.
-constexpr ownNormMode kNormMode{kOwnBandsReduceCoreTest, false, false};
-}  // namespace
+#include "stats/vncvnorm.h"
 
 VNX_API vnxStatus vnxiNormRel_Inf_8u_C1MR(const vnx8u* pSrc1, int src1Step, const vnx8u* pSrc2, int src2Step,
                                           const vnx8u* pMask, int maskStep, vnxiSize roiSize, vnx64f* pNorm) noexcept {
   return ownNorm<ownNormKind::Inf, ownNormOf::Rel>(
-      ownStatArgs<vnx8u>{pSrc1, src1Step, pMask, maskStep, roiSize, 1, 1, true}, pSrc2, src2Step, pNorm, kNormMode);
+      ownStatArgs<vnx8u>::masked(pSrc1, src1Step, pMask, maskStep, roiSize), {pSrc2, src2Step}, pNorm, kOwnNormBanded);
 }
 
 VNX_API vnxStatus vnxiNormRel_Inf_8u_C3CMR(const vnx8u* pSrc1, int src1Step, const vnx8u* pSrc2, int src2Step,
                                            const vnx8u* pMask, int maskStep, vnxiSize roiSize, int coi,
                                            vnx64f* pNorm) noexcept {
   return ownNorm<ownNormKind::Inf, ownNormOf::Rel>(
-      ownStatArgs<vnx8u>{pSrc1, src1Step, pMask, maskStep, roiSize, 3, coi, true}, pSrc2, src2Step, pNorm, kNormMode);
+      ownStatArgs<vnx8u>::maskedChannel(pSrc1, src1Step, pMask, maskStep, roiSize, coi), {pSrc2, src2Step}, pNorm, kOwnNormBanded);
 }
 
 VNX_API vnxStatus vnxiNormRel_Inf_8s_C1MR(const vnx8s* pSrc1, int src1Step, const vnx8s* pSrc2, int src2Step,
                                           const vnx8u* pMask, int maskStep, vnxiSize roiSize, vnx64f* pNorm) noexcept {
   return ownNorm<ownNormKind::Inf, ownNormOf::Rel>(
-      ownStatArgs<vnx8s>{pSrc1, src1Step, pMask, maskStep, roiSize, 1, 1, true}, pSrc2, src2Step, pNorm, kNormMode);
+      ownStatArgs<vnx8s>::masked(pSrc1, src1Step, pMask, maskStep, roiSize), {pSrc2, src2Step}, pNorm, kOwnNormBanded);
 }
 
 VNX_API vnxStatus vnxiNormRel_Inf_8s_C3CMR(const vnx8s* pSrc1, int src1Step, const vnx8s* pSrc2, int src2Step,
                                            const vnx8u* pMask, int maskStep, vnxiSize roiSize, int coi,
                                            vnx64f* pNorm) noexcept {
   return ownNorm<ownNormKind::Inf, ownNormOf::Rel>(
-      ownStatArgs<vnx8s>{pSrc1, src1Step, pMask, maskStep, roiSize, 3, coi, true}, pSrc2, src2Step, pNorm, kNormMode);
+      ownStatArgs<vnx8s>::maskedChannel(pSrc1, src1Step, pMask, maskStep, roiSize, coi), {pSrc2, src2Step}, pNorm, kOwnNormBanded);
 }
 
 VNX_API vnxStatus vnxiNormRel_Inf_16u_C1MR(const vnx16u* pSrc1, int src1Step, const vnx16u* pSrc2, int src2Step,
                                            const vnx8u* pMask, int maskStep, vnxiSize roiSize, vnx64f* pNorm) noexcept {
   return ownNorm<ownNormKind::Inf, ownNormOf::Rel>(
-      ownStatArgs<vnx16u>{pSrc1, src1Step, pMask, maskStep, roiSize, 1, 1, true}, pSrc2, src2Step, pNorm, kNormMode);
+      ownStatArgs<vnx16u>::masked(pSrc1, src1Step, pMask, maskStep, roiSize), {pSrc2, src2Step}, pNorm, kOwnNormBanded);
 }
 
 VNX_API vnxStatus vnxiNormRel_Inf_16u_C3CMR(const vnx16u* pSrc1, int src1Step, const vnx16u* pSrc2, int src2Step,
                                             const vnx8u* pMask, int maskStep, vnxiSize roiSize, int coi,
                                             vnx64f* pNorm) noexcept {
   return ownNorm<ownNormKind::Inf, ownNormOf::Rel>(
-      ownStatArgs<vnx16u>{pSrc1, src1Step, pMask, maskStep, roiSize, 3, coi, true}, pSrc2, src2Step, pNorm, kNormMode);
+      ownStatArgs<vnx16u>::maskedChannel(pSrc1, src1Step, pMask, maskStep, roiSize, coi), {pSrc2, src2Step}, pNorm, kOwnNormBanded);
 }
 
 VNX_API vnxStatus vnxiNormRel_Inf_32f_C1MR(const vnx32f* pSrc1, int src1Step, const vnx32f* pSrc2, int src2Step,
                                            const vnx8u* pMask, int maskStep, vnxiSize roiSize, vnx64f* pNorm) noexcept {
   return ownNorm<ownNormKind::Inf, ownNormOf::Rel>(
-      ownStatArgs<vnx32f>{pSrc1, src1Step, pMask, maskStep, roiSize, 1, 1, true}, pSrc2, src2Step, pNorm, kNormMode);
+      ownStatArgs<vnx32f>::masked(pSrc1, src1Step, pMask, maskStep, roiSize), {pSrc2, src2Step}, pNorm, kOwnNormBanded);
 }
 
 VNX_API vnxStatus vnxiNormRel_Inf_32f_C3CMR(const vnx32f* pSrc1, int src1Step, const vnx32f* pSrc2, int src2Step,
                                             const vnx8u* pMask, int maskStep, vnxiSize roiSize, int coi,
                                             vnx64f* pNorm) noexcept {
   return ownNorm<ownNormKind::Inf, ownNormOf::Rel>(
-      ownStatArgs<vnx32f>{pSrc1, src1Step, pMask, maskStep, roiSize, 3, coi, true}, pSrc2, src2Step, pNorm, kNormMode);
+      ownStatArgs<vnx32f>::maskedChannel(pSrc1, src1Step, pMask, maskStep, roiSize, coi), {pSrc2, src2Step}, pNorm, kOwnNormBanded);
 }

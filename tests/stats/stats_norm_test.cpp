@@ -9,56 +9,12 @@
 
 namespace {
 
+using st::Member;
 using st::Ty;
 
-struct Member {
-  std::string name;
-  Ty ty;
-  int channels;
-  int sources;  // 1: Norm, 2: NormDiff or NormRel
-  bool rel;
-  char kind;  // 'I', '1', '2'
-  std::function<vnxStatus(const void*, int, const void*, int, const vnx8u*, int, vnxiSize, int, double*)> call;
-};
-
-Member describe(const char* n, Ty ty, int channels, int sources) {
-  const std::string s(n);
-  const char kind = s.find("_Inf_") != std::string::npos ? 'I' : s.find("_L1_") != std::string::npos ? '1' : '2';
-  return {s, ty, channels, sources, s.find("NormRel") != std::string::npos, kind, nullptr};
-}
-template <class T>
-Member adapt(const char* n, vnxStatus (*f)(const T*, int, const vnx8u*, int, vnxiSize, vnx64f*)) {
-  Member m = describe(n, st::tyOf<T>(), 1, 1);
-  m.call = [f](const void* a, int as, const void*, int, const vnx8u* k, int ks, vnxiSize r, int, double* o) {
-    return f(static_cast<const T*>(a), as, k, ks, r, o);
-  };
-  return m;
-}
-template <class T>
-Member adapt(const char* n, vnxStatus (*f)(const T*, int, const vnx8u*, int, vnxiSize, int, vnx64f*)) {
-  Member m = describe(n, st::tyOf<T>(), 3, 1);
-  m.call = [f](const void* a, int as, const void*, int, const vnx8u* k, int ks, vnxiSize r, int c, double* o) {
-    return f(static_cast<const T*>(a), as, k, ks, r, c, o);
-  };
-  return m;
-}
-template <class T>
-Member adapt(const char* n, vnxStatus (*f)(const T*, int, const T*, int, const vnx8u*, int, vnxiSize, vnx64f*)) {
-  Member m = describe(n, st::tyOf<T>(), 1, 2);
-  m.call = [f](const void* a, int as, const void* b, int bs, const vnx8u* k, int ks, vnxiSize r, int, double* o) {
-    return f(static_cast<const T*>(a), as, static_cast<const T*>(b), bs, k, ks, r, o);
-  };
-  return m;
-}
-template <class T>
-Member adapt(const char* n, vnxStatus (*f)(const T*, int, const T*, int, const vnx8u*, int, vnxiSize, int, vnx64f*)) {
-  Member m = describe(n, st::tyOf<T>(), 3, 2);
-  m.call = [f](const void* a, int as, const void* b, int bs, const vnx8u* k, int ks, vnxiSize r, int c, double* o) {
-    return f(static_cast<const T*>(a), as, static_cast<const T*>(b), bs, k, ks, r, c, o);
-  };
-  return m;
-}
-#define MEMBER(fn) adapt(#fn, fn)
+// 'I', '1' or '2': the Inf, L1 or L2 norm.
+char kind(const Member& m) { return m.is("_Inf_") ? 'I' : m.is("_L1_") ? '1' : '2'; }
+#define MEMBER ST_MEMBER
 
 const std::vector<Member>& members() {
   static const std::vector<Member> m = {
@@ -103,7 +59,7 @@ double reference(const Member& m, const st::AnyImage& a, const st::AnyImage& b, 
       double v = a.at(x, y, c);
       if (m.sources == 2) v = m.ty == Ty::F32 ? double(float(v) - float(b.at(x, y, c))) : v - b.at(x, y, c);
       const double w = m.sources == 2 ? b.at(x, y, c) : 0;
-      switch (m.kind) {
+      switch (kind(m)) {
         case 'I':
           num = std::max<long double>(num, std::fabs(v)), den = std::max<long double>(den, std::fabs(w));
           break;
@@ -116,7 +72,7 @@ double reference(const Member& m, const st::AnyImage& a, const st::AnyImage& b, 
       }
     }
   *status = vnxStatusOk;
-  if (!m.rel) return m.kind == '2' ? std::sqrt(double(num)) : double(num);
+  if (!m.is("NormRel")) return kind(m) == '2' ? std::sqrt(double(num)) : double(num);
   if (m.name == "vnxiNormRel_L1_8u_C1MR") {  // 32-bit signed sums that wrap
     num = std::int32_t(std::uint32_t(std::uint64_t(num)));
     den = std::int32_t(std::uint32_t(std::uint64_t(den)));
@@ -129,7 +85,14 @@ double reference(const Member& m, const st::AnyImage& a, const st::AnyImage& b, 
     std::memcpy(&nan, &kSignedNaN, 8);
     return nan;
   }
-  return m.kind == '2' ? std::sqrt(double(num) / double(den)) : double(num) / double(den);
+  return kind(m) == '2' ? std::sqrt(double(num) / double(den)) : double(num) / double(den);
+}
+
+st::Call callOn(const st::AnyImage& a, const st::AnyImage& b, const st::Mask& mask, vnxiSize r, int coi) {
+  st::Call c;
+  c.src1 = a.ptr, c.step1 = a.step, c.src2 = b.ptr, c.step2 = b.step, c.roi = r, c.coi = coi;
+  c.mask = mask.ptr(), c.maskStep = mask.step();
+  return c;
 }
 
 void expectMatches(const Member& m, const st::AnyImage& a, const st::AnyImage& b, const st::Mask& mask, vnxiSize r,
@@ -137,8 +100,10 @@ void expectMatches(const Member& m, const st::AnyImage& a, const st::AnyImage& b
   double got = -5;
   vnxStatus expected;
   const double e = reference(m, a, b, mask, r, coi, &expected);
-  ASSERT_EQ(m.call(a.ptr, a.step, b.ptr, b.step, mask.ptr(), mask.step(), r, coi, &got), expected) << what;
-  if (m.ty == Ty::F32 && std::isfinite(e) && m.kind != 'I')
+  st::Call c = callOn(a, b, mask, r, coi);
+  ASSERT_EQ(m.call(c), expected) << what;
+  got = c.d[0];
+  if (m.ty == Ty::F32 && std::isfinite(e) && kind(m) != 'I')
     EXPECT_NEAR(got, e, std::fabs(e) * 1e-12) << what;
   else
     EXPECT_EQ(vt::bits(got), vt::bits(e)) << what << ": " << got << " vs " << e;
@@ -177,9 +142,9 @@ TEST(Norm, BandsDoNotChangeIntegerResultsAndRunsRepeat) {
     for (int n : tall ? std::vector<int>{1, 2, 40} : std::vector<int>{1, 2, 3, 7}) {
       vt::Threads threads(n);
       for (int rep = 0; rep < 2; ++rep) {
-        double v = 0;
-        m.call(a.ptr, a.step, b.ptr, b.step, mask.ptr(), mask.step(), r, m.channels, &v);
-        got.push_back(v);
+        st::Call c = callOn(a, b, mask, r, m.channels);
+        m.call(c);
+        got.push_back(c.d[0]);
       }
       EXPECT_EQ(vt::bits(got[got.size() - 2]), vt::bits(got.back())) << m.name << " threads " << n;
     }
@@ -202,7 +167,8 @@ TEST(Norm, RelativeNormWarnsOnZeroDenominator) {
   EXPECT_EQ(v, std::numeric_limits<double>::infinity());
   EXPECT_EQ(vnxiNormRel_L2_8u_C1MR(one, 2, zero, 2, none, 2, {2, 1}, &v), vnxStatusDivByZero);
   EXPECT_EQ(vt::bits(v), kSignedNaN);
-  EXPECT_EQ(vnxiNorm_L2_32f_C1MR(reinterpret_cast<const float*>(zero), 4, none, 1, {1, 1}, &v), vnxStatusOk);
+  const float zf = 0;
+  EXPECT_EQ(vnxiNorm_L2_32f_C1MR(&zf, 4, none, 1, {1, 1}, &v), vnxStatusOk);
   EXPECT_EQ(vt::bits(v), vt::bits(0.0));
 }
 
@@ -220,65 +186,38 @@ TEST(Norm, RelativeL1Of8uWrapsIn32Bits) {
   EXPECT_EQ(v, double(std::int32_t(std::uint32_t(254ull * 8601600))) / 8601600.0);
 }
 
+// Pointers, ROI, the source steps (row bytes, then multiples), only then the mask step, then coi.
 TEST(Norm, StatusesInOrderForEveryMember) {
   std::mt19937 rng(33);
   for (const Member& m : members()) {
-    const int eb = m.ty == Ty::U8 || m.ty == Ty::S8 ? 1 : m.ty == Ty::U16 ? 2 : 4, w = 5;
-    const int rb = w * m.channels * eb;
-    const bool wide = eb > 1, c3 = m.channels == 3, two = m.sources == 2;
-    const st::AnyImage a = st::randomImage(m.ty, w, 3, m.channels, rng);
-    const st::Mask mask = st::makeMask(st::MaskKind::Full, w, 3, rng);
-    const vnx8u* mp = mask.ptr();
-    struct Case {
-      const char* what;
-      const void* s1;
-      int st1;
-      const void* s2;
-      int st2;
-      const vnx8u* mask;
-      int mst;
-      vnxiSize r;
-      int coi;
-      bool nullResult;
-      vnxStatus expected;
+    const int eb = st::elemBytes(m.ty), rb = 5 * m.channels * eb;
+    const vnxStatus coiStatus = m.channels == 3 ? vnxStatusBadCoi : vnxStatusOk;
+    const st::AnyImage a = st::randomImage(m.ty, 5, 3, m.channels, rng);
+    const st::Mask mask = st::makeMask(st::MaskKind::Full, 5, 3, rng);
+    std::vector<st::StatusCase> cases = {
+        {"null source, zero width", [](st::Call& c) { c.src1 = nullptr, c.roi.width = 0; }, vnxStatusNullPtr},
+        {"null mask", [](st::Call& c) { c.mask = nullptr; }, vnxStatusNullPtr},
+        {"null result", [](st::Call& c) { c.wanted = 0, c.roi.width = 0; }, vnxStatusNullPtr},
+        {"zero width", [](st::Call& c) { c.roi.width = 0; }, vnxStatusBadSize},
+        {"short source step", [=](st::Call& c) { c.step1 = rb - eb, c.coi = 0; }, vnxStatusBadStep},
+        {"short mask step", [](st::Call& c) { c.maskStep = 4, c.coi = 0; }, vnxStatusBadStep},
+        {"misaligned source, short mask step", [=](st::Call& c) { c.step1 = rb + 1, c.maskStep = 4, c.coi = 0; },
+         eb > 1 ? vnxStatusStepNotMultiple : vnxStatusBadStep},
+        {"bad coi", [](st::Call& c) { c.coi = 0; }, coiStatus},
+        {"coi 4", [](st::Call& c) { c.coi = 4; }, coiStatus},
+        {"coi INT_MIN", [](st::Call& c) { c.coi = std::numeric_limits<int>::min(); }, coiStatus},
     };
-    std::vector<Case> cases = {
-        {"null source, zero width", nullptr, rb, a.ptr, rb, mp, w, {0, 3}, 1, false, vnxStatusNullPtr},
-        {"null mask", a.ptr, rb, a.ptr, rb, nullptr, w, {w, 3}, 1, false, vnxStatusNullPtr},
-        {"null result", a.ptr, rb, a.ptr, rb, mp, w, {0, 3}, 1, true, vnxStatusNullPtr},
-        {"zero width", a.ptr, rb, a.ptr, rb, mp, w, {0, 3}, 1, false, vnxStatusBadSize},
-        {"short source step", a.ptr, rb - eb, a.ptr, rb, mp, w, {w, 3}, 0, false, vnxStatusBadStep},
-        {"short mask step", a.ptr, rb, a.ptr, rb, mp, w - 1, {w, 3}, 0, false, vnxStatusBadStep},
-        // the sources' multiples come before the mask step
-        {"misaligned source, short mask step",
-         a.ptr,
-         rb + 1,
-         a.ptr,
-         rb,
-         mp,
-         w - 1,
-         {w, 3},
-         0,
-         false,
-         wide ? vnxStatusStepNotMultiple : vnxStatusBadStep},
-        {"bad coi", a.ptr, rb, a.ptr, rb, mp, w, {w, 3}, 0, false, c3 ? vnxStatusBadCoi : vnxStatusOk},
-        {"coi 4", a.ptr, rb, a.ptr, rb, mp, w, {w, 3}, 4, false, c3 ? vnxStatusBadCoi : vnxStatusOk},
-    };
-    if (two) {
-      cases.push_back({"null second source", a.ptr, rb, nullptr, rb, mp, w, {w, 3}, 1, false, vnxStatusNullPtr});
-      cases.push_back({"short second step", a.ptr, rb, a.ptr, rb - 1, mp, w, {w, 3}, 1, false, vnxStatusBadStep});
+    if (m.sources == 2) {
+      cases.push_back({"null second source", [](st::Call& c) { c.src2 = nullptr; }, vnxStatusNullPtr});
+      cases.push_back({"short second step", [=](st::Call& c) { c.step2 = rb - 1; }, vnxStatusBadStep});
       cases.push_back(
-          {"misaligned first, short second", a.ptr, rb + 1, a.ptr, rb - eb, mp, w, {w, 3}, 1, false, vnxStatusBadStep});
+          {"misaligned first, short second", [=](st::Call& c) { c.step1 = rb + 1, c.step2 = rb - eb; }, vnxStatusBadStep});
     }
-    for (const Case& c : cases) {
-      double v = -5;
-      const vnxStatus s = m.call(c.s1, c.st1, c.s2, c.st2, c.mask, c.mst, c.r, c.coi, c.nullResult ? nullptr : &v);
-      const vnxStatus want = (m.rel && c.expected == vnxStatusOk) ? s : c.expected;  // a same-image Rel may warn
-      EXPECT_EQ(s, want) << m.name << ": " << c.what;
-      if (s < 0) {
-        EXPECT_EQ(v, -5) << m.name << ": " << c.what;
-      }
-    }
+    st::Call valid = callOn(a, a, mask, {5, 3}, 1);
+    const vnxStatus validStatus = m.call(valid);  // NormRel of an image and itself may warn
+    for (st::StatusCase& k : cases)
+      if (k.expected == vnxStatusOk) k.expected = validStatus;
+    st::expectStatuses(m, callOn(a, a, mask, {5, 3}, 1), cases);
   }
 }
 

@@ -1,0 +1,119 @@
+// Every SIMD row kernel of the statistics against its scalar template, bit for bit,
+// on every width up to three vectors + 3 and a large one, at every byte offset, with
+// the row right before (or after) a protected page; with and without a selection.
+// 32f sums take samples that are multiples of 1/256 below 8 in magnitude, so every
+// order of the additions gives the same double, plus NaN and infinities where a
+// NaN result must stay NaN.
+#include <cmath>
+#include <limits>
+
+#include "stats/vncvmean.h"
+#include "stats_support.h"
+
+namespace {
+
+template <class A>
+bool same(A a, A b) {
+  if constexpr (std::is_floating_point<A>::value)
+    if (std::isnan(a) && std::isnan(b)) return true;
+  return std::memcmp(&a, &b, sizeof a) == 0;
+}
+
+// Sums (both, either), maxima from two start values and extrema of one source kind.
+template <class Src>
+void checkRowKernels(const Src& src, const vnx8u* sel, int n, const std::string& what) {
+  using V = decltype(src.at(0));
+  using Sums = ownSums<typename std::conditional<std::is_same<V, float>::value, double, std::uint64_t>::type>;
+  auto sums = [&](auto what_) {
+    constexpr int W = decltype(what_)::value;
+    Sums ref{1, 2}, got{1, 2};
+    ownSumsRow<W>(src, sel, 0, n, ref);
+    ownSumsRow_sse2<W>(src, sel, n, got);
+    EXPECT_TRUE(same(ref.sum, got.sum) && same(ref.sq, got.sq)) << what << " sums " << W;
+  };
+  sums(std::integral_constant<int, kOwnSum>());
+  sums(std::integral_constant<int, kOwnSq>());
+  sums(std::integral_constant<int, kOwnSum | kOwnSq>());
+  for (V start : {V(0), V(100)})
+    EXPECT_TRUE(same(ownMaxRow(src, sel, 0, n, start), ownMaxRow_sse2(src, sel, n, start))) << what << " max";
+  V mn, mx;  // the start values of the extrema: the greatest and least lane values
+  if constexpr (std::is_same<V, float>::value)
+    mn = std::numeric_limits<float>::max(), mx = -mn;
+  else
+    mn = Src::Lanes::kTop, mx = 0;
+  V mn2 = mn, mx2 = mx;
+  ownMinMaxRow(src, sel, 0, n, mn, mx);
+  ownMinMaxRow_sse2(src, sel, n, mn2, mx2);
+  EXPECT_TRUE(same(mn, mn2) && same(mx, mx2)) << what << " extrema";
+}
+
+// Integer sources: plain, |s| and |s1 - s2|; the count of a mask row; the byte kernel.
+template <class T>
+void checkIntegerType() {
+  std::mt19937 rng(41);
+  vt::forKernelShapes(16 / int(sizeof(T)), [&](int w, int off, vt::Guard g) {
+    vt::Span<T> a(w, off, g), b(w, 15 - off, g);
+    vt::Span<vnx8u> sel(w, off, g);
+    for (int x = 0; x < w; ++x)
+      a[x] = vt::randomSample<T>(rng), b[x] = vt::randomSample<T>(rng), sel[x] = rng() % 3 ? 0 : vnx8u(rng());
+    const std::string what = std::to_string(w) + " at " + std::to_string(off);
+    for (const vnx8u* s : {static_cast<const vnx8u*>(nullptr), static_cast<const vnx8u*>(sel.data())}) {
+      checkRowKernels(ownPlainSrc<T>{a.data()}, s, w, what + " plain");
+      checkRowKernels(ownAbsSrc<T>{a.data()}, s, w, what + " abs");
+      checkRowKernels(ownAbsDiffSrc<T>{a.data(), b.data()}, s, w, what + " absdiff");
+    }
+    int count = 0;
+    for (int x = 0; x < w; ++x) count += sel[x] != 0;
+    EXPECT_EQ(ownCountRow(sel.data(), w), count) << what;
+    if constexpr (sizeof(T) == 1) {
+      ownByteSums<ownPlainSrc<T>> k;
+      ownIntSums ref{0, 0};
+      for (const T* row : {a.data(), b.data()}) {  // a second row adds to the same lanes
+        k.row(ownPlainSrc<T>{row}, w);
+        ownSumsRow<kOwnSum | kOwnSq>(ownPlainSrc<T>{row}, nullptr, 0, w, ref);
+      }
+      const ownIntSums got = k.total();
+      EXPECT_TRUE(got.sum == ref.sum && got.sq == ref.sq) << what << " byte sums";
+    }
+  });
+}
+
+TEST(StatsKernels, Integer8uRowsMatchTheirTemplates) { checkIntegerType<vnx8u>(); }
+TEST(StatsKernels, Integer8sRowsMatchTheirTemplates) { checkIntegerType<vnx8s>(); }
+TEST(StatsKernels, Integer16uRowsMatchTheirTemplates) { checkIntegerType<vnx16u>(); }
+
+TEST(StatsKernels, Float32RowsMatchTheirTemplates) {
+  std::mt19937 rng(42);
+  const float inf = std::numeric_limits<float>::infinity();
+  const float specials[] = {vt::fromBits(0x7FC00001u), vt::fromBits(0xFFC00000u), vt::fromBits(0x7F800123u), inf, -inf};
+  vt::forKernelShapes(4, [&](int w, int off, vt::Guard g) {
+    vt::Span<vnx32f> a(w, off, g), b(w, 15 - off, g);
+    vt::Span<vnx8u> sel(w, off, g);
+    for (int x = 0; x < w; ++x) {
+      a[x] = float(int(rng() % 4001) - 2000) / 256, b[x] = float(int(rng() % 4001) - 2000) / 256;
+      sel[x] = rng() % 3 ? 0 : 1;
+    }
+    for (int special = 0; special < 2; ++special) {
+      if (special && w)
+        for (int i = 0; i < 3; ++i) a[rng() % w] = specials[rng() % 5];
+      const std::string what = std::to_string(w) + " at " + std::to_string(off) + (special ? " special" : "");
+      for (const vnx8u* s : {static_cast<const vnx8u*>(nullptr), static_cast<const vnx8u*>(sel.data())}) {
+        checkRowKernels(ownPlainSrc32f<>{a.data()}, s, w, what + " plain");
+        checkRowKernels(ownAbsSrc32f{a.data()}, s, w, what + " abs");
+        checkRowKernels(ownAbsDiffSrc32f{a.data(), b.data()}, s, w, what + " absdiff");
+        if (off % 4 == 0) {  // the aligned kernel peels single samples up to a 16-byte boundary
+          ownFltSums ref{0, 0}, got{0, 0};
+          ownSumsRow<kOwnSum | kOwnSq>(ownPlainSrc32f<true>{a.data()}, s, 0, w, ref);
+          ownSumsRow_sse2<kOwnSum | kOwnSq>(ownPlainSrc32f<true>{a.data()}, s, w, got);
+          EXPECT_TRUE(same(ref.sum, got.sum) && same(ref.sq, got.sq)) << what << " aligned";
+        }
+        double ref = 0.5, got = 0.5;
+        ownDevRow(ownPlainSrc32f<>{a.data()}, s, 0, w, 1.25, ref);
+        ownDevRow_sse2(ownPlainSrc32f<>{a.data()}, s, w, 1.25, got);
+        EXPECT_TRUE(same(ref, got)) << what << " deviation";
+      }
+    }
+  });
+}
+
+}  // namespace
