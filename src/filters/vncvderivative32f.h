@@ -99,7 +99,10 @@ void ownBand32f(const ownJob32f& j, void* slice, int y0, int y1) {
     float* a = ring[0][slot];
     float* b = ring[1][slot];
     if (narrow) {
-      for (int x = -r; x < w + r; ++x) pad[r + x] = pixel(x);
+      if (s)
+        ownBorderRow(s, w, 1, r, r, j.rule, j.bval, pad);
+      else
+        std::fill(pad, pad + w + 2 * r, j.bval);
       for (int x = 0; x < w; x += 4) ownRowVector32f<R1, R2>(pad + r + x, a, b, x);
       return nullptr;
     }

@@ -1,15 +1,13 @@
 // The vector kernels of the linear filters against their scalar templates, bit for bit,
 // on every kernel shape (widths, offsets, guard pages); border indices on rows and
 // columns longer than 2^30.
-#include <sys/mman.h>
-#include <unistd.h>
-
 #include <cmath>
 #include <limits>
 #include <memory>
 #include <random>
 #include <type_traits>
 
+#include "filter_reference.h"
 #include "filters/vncvderivative.h"
 #include "filters/vncvseparable.h"
 #include "support.h"
@@ -111,31 +109,26 @@ TEST(FilterKernels, DivisionVectorsMatchTheTemplate) {
   }
 }
 
+// The vector division of 16-bit sums against the exact rule, every sum, every divisor
+// that takes the integer reciprocal for 8u results and a few beyond.
+TEST(FilterKernels, DivisionRoundsLikeTheExactRuleForEverySum) {
+  std::vector<vnx16s> s(65536);
+  for (int i = 0; i < 65536; ++i) s[i] = vnx16s(i - 32768);
+  std::vector<vnx8s> out(65536);
+  std::vector<vnx8u> outU(65536);
+  std::vector<int> divisors = {1, -1, 128, 256, 1000, 65535, -65536, 2147483647, -2147483647 - 1};
+  for (int d = 2; d <= 127; ++d) divisors.push_back(d);
+  for (int d : divisors) {
+    ownDivRow_sse2(s.data(), d, out.data(), 0, 65536);
+    ownDivRow_sse2(s.data(), d, outU.data(), 0, 65536);
+    for (int i = 0; i < 65536; ++i) {
+      ASSERT_EQ(out[i], vt::clampTo(vt::roundDiv(s[i], d), -128, 127)) << "sum " << s[i] << " divisor " << d;
+      ASSERT_EQ(outU[i], vt::clampTo(vt::roundDiv(s[i], d), 0, 255)) << "sum " << s[i] << " divisor " << d;
+    }
+  }
+}
+
 // ---- lines longer than 2^30 ------------------------------------------------------
-
-// An address range of `bytes` reserved without memory behind it (pages appear when
-// touched), with an inaccessible page right before it.
-class Reserved {
- public:
-  explicit Reserved(std::size_t bytes) {
-    const std::size_t page = std::size_t(sysconf(_SC_PAGESIZE));
-    size_ = (bytes + 2 * page - 1) / page * page;
-    void* m = mmap(nullptr, size_, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
-    if (m == MAP_FAILED) return;
-    map_ = static_cast<unsigned char*>(m);
-    mprotect(map_, page, PROT_NONE);
-    data_ = map_ + page;
-  }
-  ~Reserved() {
-    if (map_) munmap(map_, size_);
-  }
-  unsigned char* data() const { return data_; }
-
- private:
-  unsigned char* map_ = nullptr;
-  unsigned char* data_ = nullptr;
-  std::size_t size_ = 0;
-};
 
 constexpr std::int64_t kLong = (std::int64_t{1} << 30) + 8;
 
@@ -152,14 +145,15 @@ TEST(FilterKernels, MirrorIndicesStayInsideLinesLongerThan2To30) {
 
 TEST(FilterKernels, RowPassEdgesOfARowLongerThan2To30ReadOnlyTheRow) {
   if (sizeof(void*) < 8) GTEST_SKIP() << "needs a 64-bit address space";
-  Reserved src{std::size_t(kLong)}, dst{std::size_t(kLong) * 2};
-  ASSERT_TRUE(src.data() && dst.data());
-  for (int i = 0; i < 4; ++i) src.data()[i] = vnx8u(10 + i), src.data()[kLong - 1 - i] = vnx8u(100 + i);
+  // Pages appear only where touched; the source starts right after a protected page.
+  vt::GuardedBytes src(std::size_t(kLong), 0, vt::Guard::Before), dst(std::size_t(kLong) * 2, 0, vt::Guard::After);
+  vnx8u* in = static_cast<vnx8u*>(src.data());
+  for (int i = 0; i < 4; ++i) in[i] = vnx8u(10 + i), in[kLong - 1 - i] = vnx8u(100 + i);
   const vnx16s kern[5] = {1, 2, 3, 4, 5};
-  vnx16s* out = reinterpret_cast<vnx16s*>(dst.data());
+  vnx16s* out = static_cast<vnx16s*>(dst.data());
   for (ownBorder rule : {ownBorder::Mirror, ownBorder::MirrorR}) {
-    ownRowEdgeRow(src.data(), kLong, 1, out, kern, 5, 2, rule, vnx8u(0), 1, ownSum16::Exact, 0, 2);
-    ownRowEdgeRow(src.data(), kLong, 1, out, kern, 5, 2, rule, vnx8u(0), 1, ownSum16::Exact, kLong - 2, kLong);
+    ownRowEdgeRow(in, kLong, 1, out, kern, 5, 2, rule, vnx8u(0), 1, ownSum16::Exact, 0, 2);
+    ownRowEdgeRow(in, kLong, 1, out, kern, 5, 2, rule, vnx8u(0), 1, ownSum16::Exact, kLong - 2, kLong);
     const bool m = rule == ownBorder::Mirror;  // pixels -2, -1 and w, w + 1
     EXPECT_EQ(out[0], 1 * (m ? 12 : 11) + 2 * (m ? 11 : 10) + 3 * 10 + 4 * 11 + 5 * 12);
     EXPECT_EQ(out[kLong - 1], 1 * 102 + 2 * 101 + 3 * 100 + 4 * (m ? 101 : 100) + 5 * (m ? 102 : 101));
@@ -168,16 +162,17 @@ TEST(FilterKernels, RowPassEdgesOfARowLongerThan2To30ReadOnlyTheRow) {
 
 TEST(FilterKernels, SobelOfAColumnLongerThan2To30ReadsOnlyTheImage) {
   if (sizeof(void*) < 8) GTEST_SKIP() << "needs a 64-bit address space";
-  Reserved src{std::size_t(kLong)}, dst{std::size_t(kLong) * 2};
-  ASSERT_TRUE(src.data() && dst.data());
+  // Pages appear only where touched; the source starts right after a protected page.
+  vt::GuardedBytes src(std::size_t(kLong), 0, vt::Guard::Before), dst(std::size_t(kLong) * 2, 0, vt::Guard::After);
+  vnx8u* in = static_cast<vnx8u*>(src.data());
   const int h = int(kLong);
-  for (int i = 0; i < 3; ++i) src.data()[i] = vnx8u(10 * i), src.data()[h - 1 - i] = vnx8u(200 - 20 * i);
+  for (int i = 0; i < 3; ++i) in[i] = vnx8u(10 * i), in[h - 1 - i] = vnx8u(200 - 20 * i);
   std::vector<vnx8u> scratch(std::size_t(ownDerivativeScratchBytes(1, 3, ownFixedOutput::To16s, ownFixedKernel::SobelHoriz)));
-  vnx16s* out = reinterpret_cast<vnx16s*>(dst.data());
+  vnx16s* out = static_cast<vnx16s*>(dst.data());
   // SobelHoriz 3x3 on one column: 4 * (p[y - 1] - p[y + 1]).
   for (ownBorder rule : {ownBorder::Mirror, ownBorder::MirrorR}) {
-    ownDerivativeRows(ownFixedKernel::SobelHoriz, 3, src.data(), 1, out, 2, {1, h}, rule, 0, 0, 1, scratch.data());
-    ownDerivativeRows(ownFixedKernel::SobelHoriz, 3, src.data(), 1, out, 2, {1, h}, rule, 0, h - 1, h,
+    ownDerivativeRows(ownFixedKernel::SobelHoriz, 3, in, 1, out, 2, {1, h}, rule, 0, 0, 1, scratch.data());
+    ownDerivativeRows(ownFixedKernel::SobelHoriz, 3, in, 1, out, 2, {1, h}, rule, 0, h - 1, h,
                       scratch.data());
     const bool m = rule == ownBorder::Mirror;
     EXPECT_EQ(out[0], 4 * ((m ? 10 : 0) - 10));

@@ -181,28 +181,6 @@ TEST(ColumnPipeline, MatchesTheRoundedQuotients_16s8u) { everyColumnCase<vnx16s,
 TEST(ColumnPipeline, MatchesTheRoundedQuotients_16s8s) { everyColumnCase<vnx16s, vnx8s>(0, 4); }
 TEST(ColumnPipeline, MatchesTheSums_32f) { everyColumnCase<vnx32f, vnx32f>(0, 9); }
 
-// The vector rounded division of 16-bit sums against the exact rule, every sum.
-TEST(ColumnPipeline, VectorDivisionRoundsLikeTheExactRule) {
-  std::vector<vnx16s> s(65536);
-  for (int i = 0; i < 65536; ++i) s[i] = vnx16s(i - 32768);
-  std::vector<vnx8s> out(65536);
-  std::vector<vnx8u> outU(65536);
-  for (int d : {1, -1, 2, 3, 9, 25, -4, 126, 127, 128, 256, 257, 1000, 65535, -65536, 2147483647, -2147483647 - 1}) {
-    ownDivRow(s.data(), d, out.data(), 65536);
-    ownDivRow(s.data(), d, outU.data(), 65536);
-    for (int i = 0; i < 65536; ++i) {
-      ASSERT_EQ(out[i], clampTo(roundDiv(s[i], d), -128, 127)) << "sum " << s[i] << " divisor " << d;
-      ASSERT_EQ(outU[i], clampTo(roundDiv(s[i], d), 0, 255)) << "sum " << s[i] << " divisor " << d;
-    }
-  }
-  // every divisor that takes the integer reciprocal for 8u results
-  for (int d = 2; d <= 127; ++d) {
-    ownDivRow(s.data(), d, outU.data(), 65536);
-    for (int i = 0; i < 65536; ++i)
-      ASSERT_EQ(outU[i], clampTo(roundDiv(s[i], d), 0, 255)) << "sum " << s[i] << " divisor " << d;
-  }
-}
-
 // ---- sizes and statuses ----------------------------------------------------------
 
 TEST(Pipeline, BufferSizesFollowTheFormulaForEachThreadCount) {
