@@ -102,10 +102,14 @@ using Filter = typename std::conditional<std::is_same<D, vnx8s>::value,
                                          vnxStatus (*)(const S*, int, D*, int, vnxiSize, int, int, S, vnx8u*)>::type;
 template <class S, class D>
 struct Entry {
-  const char* name;
   Member m;
   Filter<S, D> f;
   Query q;
+  const char* name() const {
+    static const char* const names[] = {"SobelHoriz", "SobelVert", "SobelNegVert", "SobelHorizSecond", "SobelVertSecond",
+                                        "SobelCross", "Laplacian", "ScharrHoriz", "ScharrVert", "Lowpass"};
+    return names[int(m)];
+  }
 };
 
 template <class S, class D>
@@ -117,71 +121,62 @@ vnxStatus run(const Entry<S, D>& e, const S* src, int srcStep, D* dst, int dstSt
     return e.f(src, srcStep, dst, dstStep, roi, p.mask, p.border, S(p.bval), buf);
 }
 
+// The Scharr members and queries take no mask: adapters to the table's signatures.
+template <auto F>
+struct NoMask;
+template <class S, class D, class... R, vnxStatus (*F)(const S*, int, D*, int, vnxiSize, int, S, R...) noexcept>
+struct NoMask<F> {
+  static vnxStatus run(const S* s, int ss, D* d, int ds, vnxiSize roi, int, int b, S v, R... r) {
+    return F(s, ss, d, ds, roi, b, v, r...);
+  }
+};
+template <vnxStatus (*Q)(vnxiSize, int*) noexcept>
+vnxStatus noMaskQuery(vnxiSize roi, int, int* p) {
+  return Q(roi, p);
+}
+
 const Entry<vnx8u, vnx16s> k8u16s[] = {
-    {"SobelHoriz", Member::SobelHoriz, vnxiFilterSobelHorizBorder_8u16s_C1R,
-     vnxiFilterSobelHorizGetBufferSize_8u16s_C1R},
-    {"SobelVert", Member::SobelVert, vnxiFilterSobelVertBorder_8u16s_C1R,
-     vnxiFilterSobelVertGetBufferSize_8u16s_C1R},
-    {"SobelNegVert", Member::SobelNegVert, vnxiFilterSobelNegVertBorder_8u16s_C1R,
-     vnxiFilterSobelNegVertGetBufferSize_8u16s_C1R},
-    {"SobelHorizSecond", Member::SobelHorizSecond, vnxiFilterSobelHorizSecondBorder_8u16s_C1R,
-     vnxiFilterSobelHorizSecondGetBufferSize_8u16s_C1R},
-    {"SobelVertSecond", Member::SobelVertSecond, vnxiFilterSobelVertSecondBorder_8u16s_C1R,
-     vnxiFilterSobelVertSecondGetBufferSize_8u16s_C1R},
-    {"SobelCross", Member::SobelCross, vnxiFilterSobelCrossBorder_8u16s_C1R,
-     vnxiFilterSobelCrossGetBufferSize_8u16s_C1R},
-    {"Laplacian", Member::Laplacian, vnxiFilterLaplacianBorder_8u16s_C1R,
-     vnxiFilterLaplacianGetBufferSize_8u16s_C1R},
-    {"ScharrHoriz", Member::ScharrHoriz, [](const vnx8u* s, int ss, vnx16s* d, int ds, vnxiSize r, int, int b, vnx8u v, vnx8u* p) { return vnxiFilterScharrHorizBorder_8u16s_C1R(s, ss, d, ds, r, b, v, p); },
-     [](vnxiSize r, int, int* p) { return vnxiFilterScharrHorizGetBufferSize_8u16s_C1R(r, p); }},
-    {"ScharrVert", Member::ScharrVert, [](const vnx8u* s, int ss, vnx16s* d, int ds, vnxiSize r, int, int b, vnx8u v, vnx8u* p) { return vnxiFilterScharrVertBorder_8u16s_C1R(s, ss, d, ds, r, b, v, p); },
-     [](vnxiSize r, int, int* p) { return vnxiFilterScharrVertGetBufferSize_8u16s_C1R(r, p); }},
+    {Member::SobelHoriz, vnxiFilterSobelHorizBorder_8u16s_C1R, vnxiFilterSobelHorizGetBufferSize_8u16s_C1R},
+    {Member::SobelVert, vnxiFilterSobelVertBorder_8u16s_C1R, vnxiFilterSobelVertGetBufferSize_8u16s_C1R},
+    {Member::SobelNegVert, vnxiFilterSobelNegVertBorder_8u16s_C1R, vnxiFilterSobelNegVertGetBufferSize_8u16s_C1R},
+    {Member::SobelHorizSecond, vnxiFilterSobelHorizSecondBorder_8u16s_C1R, vnxiFilterSobelHorizSecondGetBufferSize_8u16s_C1R},
+    {Member::SobelVertSecond, vnxiFilterSobelVertSecondBorder_8u16s_C1R, vnxiFilterSobelVertSecondGetBufferSize_8u16s_C1R},
+    {Member::SobelCross, vnxiFilterSobelCrossBorder_8u16s_C1R, vnxiFilterSobelCrossGetBufferSize_8u16s_C1R},
+    {Member::Laplacian, vnxiFilterLaplacianBorder_8u16s_C1R, vnxiFilterLaplacianGetBufferSize_8u16s_C1R},
+    {Member::ScharrHoriz, NoMask<vnxiFilterScharrHorizBorder_8u16s_C1R>::run,
+     noMaskQuery<vnxiFilterScharrHorizGetBufferSize_8u16s_C1R>},
+    {Member::ScharrVert, NoMask<vnxiFilterScharrVertBorder_8u16s_C1R>::run,
+     noMaskQuery<vnxiFilterScharrVertGetBufferSize_8u16s_C1R>},
 };
 const Entry<vnx8u, vnx8s> k8u8s[] = {
-    {"SobelHoriz", Member::SobelHoriz, vnxiFilterSobelHorizBorder_8u8s_C1R,
-     vnxiFilterSobelHorizGetBufferSize_8u8s_C1R},
-    {"SobelVert", Member::SobelVert, vnxiFilterSobelVertBorder_8u8s_C1R,
-     vnxiFilterSobelVertGetBufferSize_8u8s_C1R},
-    {"SobelNegVert", Member::SobelNegVert, vnxiFilterSobelNegVertBorder_8u8s_C1R,
-     vnxiFilterSobelNegVertGetBufferSize_8u8s_C1R},
-    {"SobelHorizSecond", Member::SobelHorizSecond, vnxiFilterSobelHorizSecondBorder_8u8s_C1R,
-     vnxiFilterSobelHorizSecondGetBufferSize_8u8s_C1R},
-    {"SobelVertSecond", Member::SobelVertSecond, vnxiFilterSobelVertSecondBorder_8u8s_C1R,
-     vnxiFilterSobelVertSecondGetBufferSize_8u8s_C1R},
-    {"SobelCross", Member::SobelCross, vnxiFilterSobelCrossBorder_8u8s_C1R,
-     vnxiFilterSobelCrossGetBufferSize_8u8s_C1R},
-    {"Laplacian", Member::Laplacian, vnxiFilterLaplacianBorder_8u8s_C1R,
-     vnxiFilterLaplacianGetBufferSize_8u8s_C1R},
-    {"ScharrHoriz", Member::ScharrHoriz, [](const vnx8u* s, int ss, vnx8s* d, int ds, vnxiSize r, int, int b, vnx8u v, int dv, vnx8u* p) { return vnxiFilterScharrHorizBorder_8u8s_C1R(s, ss, d, ds, r, b, v, dv, p); },
-     [](vnxiSize r, int, int* p) { return vnxiFilterScharrHorizGetBufferSize_8u8s_C1R(r, p); }},
-    {"ScharrVert", Member::ScharrVert, [](const vnx8u* s, int ss, vnx8s* d, int ds, vnxiSize r, int, int b, vnx8u v, int dv, vnx8u* p) { return vnxiFilterScharrVertBorder_8u8s_C1R(s, ss, d, ds, r, b, v, dv, p); },
-     [](vnxiSize r, int, int* p) { return vnxiFilterScharrVertGetBufferSize_8u8s_C1R(r, p); }},
+    {Member::SobelHoriz, vnxiFilterSobelHorizBorder_8u8s_C1R, vnxiFilterSobelHorizGetBufferSize_8u8s_C1R},
+    {Member::SobelVert, vnxiFilterSobelVertBorder_8u8s_C1R, vnxiFilterSobelVertGetBufferSize_8u8s_C1R},
+    {Member::SobelNegVert, vnxiFilterSobelNegVertBorder_8u8s_C1R, vnxiFilterSobelNegVertGetBufferSize_8u8s_C1R},
+    {Member::SobelHorizSecond, vnxiFilterSobelHorizSecondBorder_8u8s_C1R, vnxiFilterSobelHorizSecondGetBufferSize_8u8s_C1R},
+    {Member::SobelVertSecond, vnxiFilterSobelVertSecondBorder_8u8s_C1R, vnxiFilterSobelVertSecondGetBufferSize_8u8s_C1R},
+    {Member::SobelCross, vnxiFilterSobelCrossBorder_8u8s_C1R, vnxiFilterSobelCrossGetBufferSize_8u8s_C1R},
+    {Member::Laplacian, vnxiFilterLaplacianBorder_8u8s_C1R, vnxiFilterLaplacianGetBufferSize_8u8s_C1R},
+    {Member::ScharrHoriz, NoMask<vnxiFilterScharrHorizBorder_8u8s_C1R>::run,
+     noMaskQuery<vnxiFilterScharrHorizGetBufferSize_8u8s_C1R>},
+    {Member::ScharrVert, NoMask<vnxiFilterScharrVertBorder_8u8s_C1R>::run,
+     noMaskQuery<vnxiFilterScharrVertGetBufferSize_8u8s_C1R>},
 };
 const Entry<vnx32f, vnx32f> k32f[] = {
-    {"SobelHoriz", Member::SobelHoriz, vnxiFilterSobelHorizBorder_32f_C1R,
-     vnxiFilterSobelHorizGetBufferSize_32f_C1R},
-    {"SobelVert", Member::SobelVert, vnxiFilterSobelVertBorder_32f_C1R,
-     vnxiFilterSobelVertGetBufferSize_32f_C1R},
-    {"SobelNegVert", Member::SobelNegVert, vnxiFilterSobelNegVertBorder_32f_C1R,
-     vnxiFilterSobelNegVertGetBufferSize_32f_C1R},
-    {"SobelHorizSecond", Member::SobelHorizSecond, vnxiFilterSobelHorizSecondBorder_32f_C1R,
-     vnxiFilterSobelHorizSecondGetBufferSize_32f_C1R},
-    {"SobelVertSecond", Member::SobelVertSecond, vnxiFilterSobelVertSecondBorder_32f_C1R,
-     vnxiFilterSobelVertSecondGetBufferSize_32f_C1R},
-    {"SobelCross", Member::SobelCross, vnxiFilterSobelCrossBorder_32f_C1R,
-     vnxiFilterSobelCrossGetBufferSize_32f_C1R},
-    {"Laplacian", Member::Laplacian, vnxiFilterLaplacianBorder_32f_C1R,
-     vnxiFilterLaplacianGetBufferSize_32f_C1R},
-    {"ScharrHoriz", Member::ScharrHoriz, [](const vnx32f* s, int ss, vnx32f* d, int ds, vnxiSize r, int, int b, vnx32f v, vnx8u* p) { return vnxiFilterScharrHorizBorder_32f_C1R(s, ss, d, ds, r, b, v, p); },
-     [](vnxiSize r, int, int* p) { return vnxiFilterScharrHorizGetBufferSize_32f_C1R(r, p); }},
-    {"ScharrVert", Member::ScharrVert, [](const vnx32f* s, int ss, vnx32f* d, int ds, vnxiSize r, int, int b, vnx32f v, vnx8u* p) { return vnxiFilterScharrVertBorder_32f_C1R(s, ss, d, ds, r, b, v, p); },
-     [](vnxiSize r, int, int* p) { return vnxiFilterScharrVertGetBufferSize_32f_C1R(r, p); }},
-    {"Lowpass", Member::Lowpass, vnxiFilterLowpassBorder_32f_C1R,
-     vnxiFilterLowpassGetBufferSize_32f_C1R},
+    {Member::SobelHoriz, vnxiFilterSobelHorizBorder_32f_C1R, vnxiFilterSobelHorizGetBufferSize_32f_C1R},
+    {Member::SobelVert, vnxiFilterSobelVertBorder_32f_C1R, vnxiFilterSobelVertGetBufferSize_32f_C1R},
+    {Member::SobelNegVert, vnxiFilterSobelNegVertBorder_32f_C1R, vnxiFilterSobelNegVertGetBufferSize_32f_C1R},
+    {Member::SobelHorizSecond, vnxiFilterSobelHorizSecondBorder_32f_C1R, vnxiFilterSobelHorizSecondGetBufferSize_32f_C1R},
+    {Member::SobelVertSecond, vnxiFilterSobelVertSecondBorder_32f_C1R, vnxiFilterSobelVertSecondGetBufferSize_32f_C1R},
+    {Member::SobelCross, vnxiFilterSobelCrossBorder_32f_C1R, vnxiFilterSobelCrossGetBufferSize_32f_C1R},
+    {Member::Laplacian, vnxiFilterLaplacianBorder_32f_C1R, vnxiFilterLaplacianGetBufferSize_32f_C1R},
+    {Member::ScharrHoriz, NoMask<vnxiFilterScharrHorizBorder_32f_C1R>::run,
+     noMaskQuery<vnxiFilterScharrHorizGetBufferSize_32f_C1R>},
+    {Member::ScharrVert, NoMask<vnxiFilterScharrVertBorder_32f_C1R>::run,
+     noMaskQuery<vnxiFilterScharrVertGetBufferSize_32f_C1R>},
+    {Member::Lowpass, vnxiFilterLowpassBorder_32f_C1R, vnxiFilterLowpassGetBufferSize_32f_C1R},
 };
 const Entry<vnx8u, vnx8u> k8u[] = {
-    {"Lowpass", Member::Lowpass, vnxiFilterLowpassBorder_8u_C1R,
-     vnxiFilterLowpassGetBufferSize_8u_C1R},
+    {Member::Lowpass, vnxiFilterLowpassBorder_8u_C1R, vnxiFilterLowpassGetBufferSize_8u_C1R},
 };
 
 // Source values: integers, integers with NaNs of several payloads and signs and
@@ -206,7 +201,7 @@ S sample(std::mt19937& rng, Values v) {
 template <class S, class D>
 void expectMatches(const Entry<S, D>& e, vnxiSize size, const Params& p, vt::Guard guard, unsigned seed,
                    Values values = Values::Integers) {
-  SCOPED_TRACE(std::string(e.name) + " " + std::to_string(size.width) + "x" + std::to_string(size.height) +
+  SCOPED_TRACE(std::string(e.name()) + " " + std::to_string(size.width) + "x" + std::to_string(size.height) +
                " mask " + std::to_string(p.mask) + " border " + std::to_string(p.border) + " divisor " +
                std::to_string(p.divisor));
   std::mt19937 rng(seed);
@@ -335,10 +330,10 @@ TEST(FixedFilters, BufferSizesFollowTheFormulaForEachThreadCount) {
           if (std::string(name).rfind("Scharr", 0) == 0 && mask == vnxMskSize5x5) return;  // no mask: 3x3 only
           EXPECT_EQ(got, want) << name << " threads " << t << " " << s.width << "x" << s.height << " mask " << mask;
         };
-        for (const auto& e : k8u16s) check(e.name, e.q, expected(e.m, 0));
-        for (const auto& e : k8u8s) check(e.name, e.q, expected(e.m, 1));
-        for (const auto& e : k32f) check(e.name, e.q, expected(e.m, 2));
-        for (const auto& e : k8u) check(e.name, e.q, expected(e.m, 0));
+        for (const auto& e : k8u16s) check(e.name(), e.q, expected(e.m, 0));
+        for (const auto& e : k8u8s) check(e.name(), e.q, expected(e.m, 1));
+        for (const auto& e : k32f) check(e.name(), e.q, expected(e.m, 2));
+        for (const auto& e : k8u) check(e.name(), e.q, expected(e.m, 0));
       }
   }
 }
@@ -395,7 +390,7 @@ void eachExportChecks(const Entry<S, D> (&table)[N]) {
     for (const Case& c : cases) {
       const Params p{c.mask, c.border, c.divisor, 0};
       const vnxStatus st = run(e, src.ptr(), src.step(), dst.ptr(), 8 * int(sizeof(D)) + c.dstStepDelta, {8, 4}, p, c.buf);
-      EXPECT_EQ(st, c.want) << e.name << " mask " << c.mask << " border " << c.border;
+      EXPECT_EQ(st, c.want) << e.name() << " mask " << c.mask << " border " << c.border;
       if (st != vnxStatusOk) VT_EXPECT_SAME_SAMPLES(before, dst.pixels());
     }
   }
