@@ -94,8 +94,9 @@ inline vnxStatus ownCheckFixedFilter(std::initializer_list<const void*> ptrs, vn
 
 // Row pass: pointers, height, width, kernel size, anchor, the source step, border code,
 // divisor, and last the nRows destination row pointers.
-inline vnxStatus ownCheckRowPass(std::initializer_list<const void*> ptrs, vnxiSize roi, int k, int anchor,
-                                 ownStep src, int border, int divisor, const void* const* rows, int nRows) {
+template <class P>
+vnxStatus ownCheckRowPass(std::initializer_list<const void*> ptrs, vnxiSize roi, int k, int anchor, ownStep src,
+                          int border, int divisor, const P* rows, int nRows) {
   if (vnxStatus st = ownCheckPtrs(ptrs)) return st;
   if (roi.height < 1 || roi.width < 1 || k < 1) return vnxStatusBadSize;
   if (anchor < 0 || anchor >= k) return vnxStatusBadAnchor;
@@ -109,9 +110,9 @@ inline vnxStatus ownCheckRowPass(std::initializer_list<const void*> ptrs, vnxiSi
 
 // Column pass: pointers, height, width, kernel size, the destination step, then the
 // work buffer (after the steps on purpose), the nRows source row pointers, the divisor.
-inline vnxStatus ownCheckColumnPass(std::initializer_list<const void*> ptrs, vnxiSize roi, int k, ownStep dst,
-                                    const void* buffer, const void* const* rows, std::int64_t nRows,
-                                    int divisor) {
+template <class P>
+vnxStatus ownCheckColumnPass(std::initializer_list<const void*> ptrs, vnxiSize roi, int k, ownStep dst,
+                             const void* buffer, const P* rows, std::int64_t nRows, int divisor) {
   if (vnxStatus st = ownCheckPtrs(ptrs)) return st;
   if (roi.height < 1 || roi.width < 1 || k < 1) return vnxStatusBadSize;
   if (vnxStatus st = ownCheckSteps({dst})) return st;

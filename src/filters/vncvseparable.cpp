@@ -14,7 +14,7 @@ template <int C, class S, class D, class K>
 vnxStatus ownRowPipeline(const S* pSrc, int srcStep, D* const* ppDst, vnxiSize roi, const K* pKernel, int k,
                          int anchor, int border, S bval, int divisor, const vnx8u* pBuffer, ownSum16 sum) {
   if (vnxStatus st = ownCheckRowPass({pSrc, ppDst, pKernel, pBuffer}, roi, k, anchor, ownImg<S, C>(srcStep, roi.width),
-                                     border, divisor, reinterpret_cast<const void* const*>(ppDst), roi.height))
+                                     border, divisor, ppDst, roi.height))
     return st;
   const ownBorder rule = static_cast<ownBorder>(border);
   ownRunBands(ownBandSplit{roi.height, ownBandCount(roi, kOwnBandsRowPass)}, [&](int, int y0, int y1) {
@@ -29,8 +29,8 @@ template <int C, class D, class K>
 vnxStatus ownColumnPipeline(const K* const* ppSrc, D* pDst, int dstStep, vnxiSize roi, const K* pKernel, int k,
                             int divisor, const vnx8u* pBuffer, ownSum16 sum) {
   const std::int64_t nRows = ppSrc && roi.height > 0 && k > 0 ? std::int64_t{roi.height} + k - 1 : 0;
-  if (vnxStatus st = ownCheckColumnPass({ppSrc, pDst, pKernel}, roi, k, ownImg<D, C>(dstStep, roi.width), pBuffer,
-                                        reinterpret_cast<const void* const*>(ppSrc), nRows, divisor))
+  if (vnxStatus st = ownCheckColumnPass({ppSrc, pDst, pKernel}, roi, k, ownImg<D, C>(dstStep, roi.width), pBuffer, ppSrc,
+                                        nRows, divisor))
     return st;
   const std::int64_t n = std::int64_t{roi.width} * C;
   for (int y = 0; y < roi.height; ++y) ownColumnPass(ppSrc + y, pKernel, k, ownRow(pDst, dstStep, y), n, divisor, sum);
