@@ -529,7 +529,9 @@ VNX_API vnxStatus vnxiNormRel_L2_32f_C3CMR(const vnx32f* pSrc1, int src1Step, co
  * count read at the query, S by member: row 8u16s 36k+112 (C3R 60k+112), 16s 48k+80
  * (40k+64), Low_16s 24k+64 (208k+64), 32f 64k+64 (192k+32); column 16s, 16s8u, 16s8s
  * 12*W4+32 (36*W4+32), Low_16s 12*W8+32 (36*W8+32), Wn = width rounded up to n. The
- * 32f column query reports 32. */
+ * 32f column query reports 32. A size beyond a signed 32-bit int gives -6, nothing written.
+ * 32f results that are NaN are the library's one NaN. Border indices are 64-bit: rows of
+ * any length a 32-bit step can describe. */
 VNX_API vnxStatus vnxiFilterRowBorderPipeline_8u16s_C1R(const vnx8u* pSrc, int srcStep, vnx16s** ppDst,
                                                         vnxiSize roiSize, const vnx16s* pKernel, int kernelSize,
                                                         int xAnchor, int borderType, vnx8u borderValue, int divisor,
@@ -633,7 +635,8 @@ VNX_API vnxStatus vnxiFilterColumnPipelineGetBufferSize_32f_C3R(vnxiSize roiSize
  * image (x rightward, y downward, centre weight on the output pixel):
  *   SobelHoriz        1 2 1 / 0 0 0 / -1 -2 -1;  5x5: column (1 2 0 -2 -1) x row (1 4 6 4 1)
  *   SobelVert         -1 0 1 / -2 0 2 / -1 0 1;  5x5: column (1 4 6 4 1) x row (-1 -2 0 2 1)
- *   SobelNegVert      the negation of SobelVert
+ *   SobelNegVert      the negation of SobelVert (32f: SobelVert's result times -1, so a
+ *                     zero result takes the negated sign)
  *   SobelHorizSecond  1 2 1 / -2 -4 -2 / 1 2 1;  5x5: column (1 0 -2 0 1) x row (1 4 6 4 1)
  *   SobelVertSecond   1 -2 1 / 2 -4 2 / 1 -2 1;  5x5: column (1 4 6 4 1) x row (1 0 -2 0 1)
  *   SobelCross        -1 0 1 / 0 0 0 / 1 0 -1;   5x5: column (1 2 0 -2 -1) x row (-1 -2 0 2 1)
@@ -649,7 +652,8 @@ VNX_API vnxStatus vnxiFilterColumnPipelineGetBufferSize_32f_C3R(vnxiSize roiSize
  * rounded to nearest, halves away from zero, saturated to -128..127; Lowpass 8u: the sum
  * divided by 9 or 25 by the same rule. 32f: products summed in single precision (rows,
  * then columns; Laplacian: the two terms added); Lowpass 32f multiplies the sum by
- * 1.0f / (k * k) rounded to single precision.
+ * 1.0f / (k * k) rounded to single precision. Every 32f result that is NaN is the one NaN
+ * (0xFFC00000) on every build and thread count.
  * Checks: pSrc, pDst, pBuffer null (-8); width, height below 1 (-6); srcStep or dstStep
  * below the row bytes (-14); 8u16s dstStep odd, 32f steps not multiples of 4 (-108);
  * borderType outside 0..4 (-5); 8u8s divisor 0 (-5); mask neither 33 nor 55 (-33).
@@ -658,7 +662,9 @@ VNX_API vnxStatus vnxiFilterColumnPipelineGetBufferSize_32f_C3R(vnxiSize roiSize
  * (Laplacian: threads * 32) and width >= 256 (Scharr: any width); serial otherwise.
  * GetBufferSize (roiSize, mask, result; Scharr without mask): -8, -6, -33 in this order;
  * reports threads * (S + 32) with S per thread, W16 / W4 the width rounded up to 16 / 4,
- * R8/R32 the row 8u16s/32f C1R queries and C16/C32 the column 16s/32f C1R queries for k:
+ * R8/R32 the row 8u16s/32f C1R queries and C16/C32 the column 16s/32f C1R queries for k
+ * as they report for one thread (so the size grows linearly with the thread count; a
+ * size beyond a signed 32-bit int gives -6 with nothing written):
  *   Sobel, Lowpass 8u (8u16s, 8u8s):  2*W16*(2k+15) + 4*(3k+30) + 64 + R8 + C16
  *   Sobel, Lowpass 32f:               4*W4*(2k+15) + 4*(3k+30) + 64 + R32 + C32
  *   Scharr 8u16s, 8u8s / 32f:         42*W16 + 220 + R8 + C16  /  84*W4 + 220 + R32 + C32

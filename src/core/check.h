@@ -120,4 +120,75 @@ inline vnxStatus ownCheckMaskedNorm(vnxiSize roi, std::initializer_list<ownStatS
   const ownStep m = ownImg<vnx8u>(maskStep, roi.width);
   vnxStatus st = n == 1 ? ownCheckSourcesThenMask({steps[0]}, m) : ownCheckSourcesThenMask({steps[0], steps[1]}, m);
   return st ? st : ownCheckChannelOfInterest(channels, coi);
+
+// ---- filters: the fixed-kernel filters, the pipeline passes and their size queries ----
+
+// A divisor argument: checked (must not be 0) where the operation has one.
+struct ownDivisorArg {
+  int value;
+  bool present;
+  static ownDivisorArg none() { return {1, false}; }
+  static ownDivisorArg of(int d) { return {d, true}; }
+};
+
+// Fixed-kernel filters: pointers, ROI, the steps as one group, the border code, the
+// divisor (8u8s members), then the mask selector (3x3 for the members without one).
+inline vnxStatus ownCheckFixedFilter(std::initializer_list<const void*> ptrs, vnxiSize roi,
+                                     std::initializer_list<ownStep> steps, int border, ownDivisorArg divisor,
+                                     int mask) {
+  if (vnxStatus st = ownCheck(ptrs, roi, steps)) return st;
+  if (border < vnxBorderConst || border > vnxBorderMirrorR) return vnxStatusBadArg;
+  if (divisor.present && divisor.value == 0) return vnxStatusBadArg;
+  if (mask != vnxMskSize3x3 && mask != vnxMskSize5x5) return vnxStatusBadMaskSize;
+  return vnxStatusOk;
+}
+
+// Row pass: pointers, height, width, kernel size, anchor, the source step, border code,
+// divisor, and last the nRows destination row pointers.
+template <class P>
+vnxStatus ownCheckRowPass(std::initializer_list<const void*> ptrs, vnxiSize roi, int k, int anchor, ownStep src,
+                          int border, int divisor, const P* rows, int nRows) {
+  if (vnxStatus st = ownCheckPtrs(ptrs)) return st;
+  if (roi.height < 1 || roi.width < 1 || k < 1) return vnxStatusBadSize;
+  if (anchor < 0 || anchor >= k) return vnxStatusBadAnchor;
+  if (vnxStatus st = ownCheckSteps({src})) return st;
+  if (border < vnxBorderConst || border > vnxBorderMirrorR) return vnxStatusBadArg;
+  if (divisor == 0) return vnxStatusBadArg;
+  for (int y = 0; y < nRows; ++y)
+    if (!rows[y]) return vnxStatusNullPtr;
+  return vnxStatusOk;
+}
+
+// Column pass: pointers, height, width, kernel size, the destination step, then the
+// work buffer (after the steps on purpose), the nRows source row pointers, the divisor.
+template <class P>
+vnxStatus ownCheckColumnPass(std::initializer_list<const void*> ptrs, vnxiSize roi, int k, ownStep dst,
+                             const void* buffer, const P* rows, std::int64_t nRows, int divisor) {
+  if (vnxStatus st = ownCheckPtrs(ptrs)) return st;
+  if (roi.height < 1 || roi.width < 1 || k < 1) return vnxStatusBadSize;
+  if (vnxStatus st = ownCheckSteps({dst})) return st;
+  if (!buffer) return vnxStatusNullPtr;
+  for (std::int64_t i = 0; i < nRows; ++i)
+    if (!rows[i]) return vnxStatusNullPtr;
+  if (divisor == 0) return vnxStatusBadArg;
+  return vnxStatusOk;
+}
+
+// Size queries: the result pointer, the ROI, then the kernel length (pipeline passes,
+// below 1) or the mask selector (fixed filters).
+inline vnxStatus ownCheckPipelineQuery(const int* pSize, vnxiSize roi, int k) {
+  if (!pSize) return vnxStatusNullPtr;
+  return (roi.width < 1 || roi.height < 1 || k < 1) ? vnxStatusBadSize : vnxStatusOk;
+}
+inline vnxStatus ownCheckFixedQuery(const int* pSize, vnxiSize roi, int mask) {
+  if (!pSize) return vnxStatusNullPtr;
+  if (vnxStatus st = ownCheckRoi(roi)) return st;
+  return (mask != vnxMskSize3x3 && mask != vnxMskSize5x5) ? vnxStatusBadMaskSize : vnxStatusOk;
+}
+// A size computed in 64 bits, reported when it fits a signed 32-bit int; otherwise
+// vnxStatusBadSize and *pSize is left as it was.
+inline vnxStatus ownReportSize(std::int64_t bytes, int* pSize) {
+  if (bytes < 0 || bytes > INT32_MAX) return vnxStatusBadSize;
+  *pSize = static_cast<int>(bytes);
+  return vnxStatusOk;
 }

@@ -323,3 +323,80 @@ inline __m128 ownAbsDiffPs(__m128 a, __m128 b) { return ownAbsPs(_mm_sub_ps(a, b
 // Lane-wise max(v, acc) and min(v, acc): a NaN lane of v leaves acc as it was.
 inline __m128 ownMaxSkipNaN(__m128 v, __m128 acc) { return _mm_max_ps(v, acc); }
 inline __m128 ownMinSkipNaN(__m128 v, __m128 acc) { return _mm_min_ps(v, acc); }
+
+// ---- filters: widening loads, tap multiply-adds, saturating packed stores -----------
+
+// Sixteen unsigned bytes widened to two vectors of eight 16-bit lanes.
+inline void ownWiden8uTo16(__m128i v, __m128i& lo, __m128i& hi) {
+  lo = _mm_unpacklo_epi8(v, _mm_setzero_si128());
+  hi = _mm_unpackhi_epi8(v, _mm_setzero_si128());
+}
+// Eight samples as eight 16-bit lanes: bytes widened, 16-bit samples as they are.
+inline __m128i ownLoad8As16(const vnx8u* p) { return _mm_unpacklo_epi8(ownLoad64(p), _mm_setzero_si128()); }
+inline __m128i ownLoad8As16(const vnx16s* p) { return ownLoad(p); }
+// Eight signed 16-bit lanes sign-extended to two vectors of four 32-bit lanes.
+inline void ownWiden16sTo32(__m128i v, __m128i& lo, __m128i& hi) {
+  lo = _mm_srai_epi32(_mm_unpacklo_epi16(v, v), 16);
+  hi = _mm_srai_epi32(_mm_unpackhi_epi16(v, v), 16);
+}
+
+// acc + tap * v in 16-bit lanes (modulo 2^16), tap broadcast in tapv.
+inline __m128i ownMulAdd16(__m128i acc, __m128i v, __m128i tapv) { return _mm_add_epi16(acc, _mm_mullo_epi16(v, tapv)); }
+// The same for a tap known at compile time: adds and shifts for the small taps.
+template <int T>
+inline __m128i ownMulAddTap16(__m128i acc, __m128i v) {
+  if constexpr (T == 0) return acc;
+  else if constexpr (T == 1) return _mm_add_epi16(acc, v);
+  else if constexpr (T == -1) return _mm_sub_epi16(acc, v);
+  else if constexpr (T == 2) return _mm_add_epi16(acc, _mm_add_epi16(v, v));
+  else if constexpr (T == -2) return _mm_sub_epi16(acc, _mm_add_epi16(v, v));
+  else if constexpr (T == 4) return _mm_add_epi16(acc, _mm_slli_epi16(v, 2));
+  else if constexpr (T == -8) return _mm_sub_epi16(acc, _mm_slli_epi16(v, 3));
+  else return _mm_add_epi16(acc, _mm_mullo_epi16(v, _mm_set1_epi16(T)));
+}
+// Pairs a and b of 16-bit lanes interleaved and multiplied-added by the two taps packed
+// in each 32-bit lane of taps2 (low tap for a): acc + ta * a + tb * b in 32-bit lanes.
+inline void ownMulAddPairs16(__m128i a, __m128i b, __m128i taps2, __m128i& lo, __m128i& hi) {
+  lo = _mm_add_epi32(lo, _mm_madd_epi16(_mm_unpacklo_epi16(a, b), taps2));
+  hi = _mm_add_epi32(hi, _mm_madd_epi16(_mm_unpackhi_epi16(a, b), taps2));
+}
+inline __m128i ownTapPair16(int ta, int tb) {
+  return _mm_set1_epi32(static_cast<int>((static_cast<std::uint32_t>(static_cast<std::uint16_t>(tb)) << 16) |
+                                         static_cast<std::uint16_t>(ta)));
+}
+
+// acc + k * v in single precision, the product rounded first (no fused multiply-add).
+inline __m128 ownMulAddPs(__m128 acc, __m128 k, __m128 v) { return _mm_add_ps(acc, _mm_mul_ps(k, v)); }
+// Tap times v, and acc plus tap times v, for a tap known at compile time, in forms that
+// give the bits of the plain product for every input: 1 * v is v, 2 * v is v + v,
+// acc + (-1 * v) is acc - v and acc + (-2 * v) is acc - (v + v). A zero tap keeps its
+// product (0 * inf is NaN).
+template <int T>
+inline __m128 ownTapPs(__m128 v) {
+  if constexpr (T == 1) return v;
+  else if constexpr (T == 2) return _mm_add_ps(v, v);
+  else return _mm_mul_ps(_mm_set1_ps(static_cast<float>(T)), v);
+}
+template <int T>
+inline __m128 ownMulAddTapPs(__m128 acc, __m128 v) {
+  if constexpr (T == 1) return _mm_add_ps(acc, v);
+  else if constexpr (T == -1) return _mm_sub_ps(acc, v);
+  else if constexpr (T == 2) return _mm_add_ps(acc, _mm_add_ps(v, v));
+  else if constexpr (T == -2) return _mm_sub_ps(acc, _mm_add_ps(v, v));
+  else return ownMulAddPs(acc, _mm_set1_ps(static_cast<float>(T)), v);
+}
+
+// Eight 32-bit sums packed with saturation to the destination type and stored.
+inline void ownStorePacked(vnx16s* d, __m128i lo, __m128i hi) { ownStore(d, _mm_packs_epi32(lo, hi)); }
+inline void ownStorePacked(vnx8s* d, __m128i lo, __m128i hi) {
+  const __m128i w = _mm_packs_epi32(lo, hi);
+  _mm_storel_epi64(reinterpret_cast<__m128i*>(d), _mm_packs_epi16(w, w));
+}
+inline void ownStorePacked(vnx8u* d, __m128i lo, __m128i hi) {
+  const __m128i w = _mm_packs_epi32(lo, hi);  // saturating to 16 bits keeps the order around 0..255
+  _mm_storel_epi64(reinterpret_cast<__m128i*>(d), _mm_packus_epi16(w, w));
+}
+// Sixteen 16-bit lanes packed with unsigned saturation to bytes and stored.
+inline void ownStorePackedU8(vnx8u* d, __m128i lo, __m128i hi) { ownStore(d, _mm_packus_epi16(lo, hi)); }
+// Four floats stored with every NaN lane made the library's one NaN.
+inline void ownStoreCanonical(float* d, __m128 v) { _mm_storeu_ps(d, ownCanonicalNaN(v)); }

@@ -19,70 +19,80 @@ using vt::roundDiv;
 enum class Member { SobelHoriz, SobelVert, SobelNegVert, SobelHorizSecond, SobelVertSecond, SobelCross, Laplacian,
                     ScharrHoriz, ScharrVert, Lowpass };
 
-// Weights over the image, row by row (y downward), k x k.
-std::vector<int> outer(const std::vector<int>& col, const std::vector<int>& row) {
-  std::vector<int> w;
-  for (int c : col)
-    for (int r : row) w.push_back(c * r);
-  return w;
-}
-std::vector<int> weights(Member m, int k) {
+// Each member as separable terms: column taps top to bottom, row taps left to right,
+// read off the weights over the image (the Laplacian is two terms; SobelNegVert is the
+// negation of SobelVert's result).
+struct Term {
+  std::vector<int> col, row;
+};
+std::vector<Term> terms(Member m, int k) {
   const bool five = k == 5;
+  const std::vector<int> s = five ? std::vector<int>{1, 4, 6, 4, 1} : std::vector<int>{1, 2, 1};
+  const std::vector<int> d = five ? std::vector<int>{-1, -2, 0, 2, 1} : std::vector<int>{-1, 0, 1};
+  const std::vector<int> n = five ? std::vector<int>{1, 2, 0, -2, -1} : std::vector<int>{1, 0, -1};
+  const std::vector<int> l = five ? std::vector<int>{1, 0, -2, 0, 1} : std::vector<int>{1, -2, 1};
   switch (m) {
-    case Member::SobelHoriz:
-      return five ? outer({1, 2, 0, -2, -1}, {1, 4, 6, 4, 1}) : std::vector<int>{1, 2, 1, 0, 0, 0, -1, -2, -1};
+    case Member::SobelHoriz: return {{n, s}};
     case Member::SobelVert:
-      return five ? outer({1, 4, 6, 4, 1}, {-1, -2, 0, 2, 1}) : std::vector<int>{-1, 0, 1, -2, 0, 2, -1, 0, 1};
-    case Member::SobelNegVert: {
-      std::vector<int> w = weights(Member::SobelVert, k);
-      for (int& v : w) v = -v;
-      return w;
-    }
-    case Member::SobelHorizSecond:
-      return five ? outer({1, 0, -2, 0, 1}, {1, 4, 6, 4, 1}) : std::vector<int>{1, 2, 1, -2, -4, -2, 1, 2, 1};
-    case Member::SobelVertSecond:
-      return five ? outer({1, 4, 6, 4, 1}, {1, 0, -2, 0, 1}) : std::vector<int>{1, -2, 1, 2, -4, 2, 1, -2, 1};
-    case Member::SobelCross:
-      return five ? outer({1, 2, 0, -2, -1}, {-1, -2, 0, 2, 1}) : std::vector<int>{-1, 0, 1, 0, 0, 0, 1, 0, -1};
-    case Member::ScharrHoriz: return {3, 10, 3, 0, 0, 0, -3, -10, -3};
-    case Member::ScharrVert: return {-3, 0, 3, -10, 0, 10, -3, 0, 3};
-    case Member::Laplacian: {
-      std::vector<int> a = weights(Member::SobelHorizSecond, k), b = weights(Member::SobelVertSecond, k);
-      for (std::size_t i = 0; i < a.size(); ++i) a[i] += b[i];
-      return a;
-    }
-    default: return std::vector<int>(k * k, 1);
+    case Member::SobelNegVert: return {{s, d}};
+    case Member::SobelHorizSecond: return {{l, s}};
+    case Member::SobelVertSecond: return {{s, l}};
+    case Member::SobelCross: return {{n, d}};
+    case Member::ScharrHoriz: return {{{1, 0, -1}, {3, 10, 3}}};
+    case Member::ScharrVert: return {{{3, 10, 3}, {-1, 0, 1}}};
+    case Member::Laplacian: return {{l, s}, {s, l}};
+    default: return {{std::vector<int>(k, 1), std::vector<int>(k, 1)}};
   }
 }
-
 
 struct Params {
   int mask, border, divisor;
   double bval;
 };
 
+// Integer members: the exact sum of the weights times the pixels. 32f: each term's
+// rows summed left to right, then the row sums top to bottom, in single precision,
+// every sum starting from its first product (so signs of zero, infinities and NaNs
+// come out as the arithmetic gives them), then the terms added.
 template <class S, class D>
 D reference(const vt::Image<S>& src, int x, int y, Member m, const Params& p) {
   const bool scharr = m == Member::ScharrHoriz || m == Member::ScharrVert;
   const int k = p.mask == vnxMskSize5x5 && !scharr ? 5 : 3, r = k / 2;
-  const std::vector<int> w = weights(m, k);
-  double sum = 0;  // integer-valued: exact in double
-  for (int dy = 0; dy < k; ++dy)
-    for (int dx = 0; dx < k; ++dx) {
-      const int xi = x + dx - r, yi = y + dy - r;
-      const bool inside = xi >= 0 && xi < src.width() && yi >= 0 && yi < src.height();
-      const double v = inside ? double(src.at(xi, yi))
-                       : p.border == vnxBorderConst
-                           ? p.bval
-                           : double(src.at(refIndex(xi, src.width(), p.border), refIndex(yi, src.height(), p.border)));
-      sum += w[dy * k + dx] * v;
+  auto pixel = [&](int xi, int yi) {
+    const bool inside = xi >= 0 && xi < src.width() && yi >= 0 && yi < src.height();
+    return inside ? src.at(xi, yi)
+           : p.border == vnxBorderConst
+               ? S(p.bval)
+               : src.at(refIndex(xi, src.width(), p.border), refIndex(yi, src.height(), p.border));
+  };
+  if constexpr (std::is_same<D, vnx32f>::value) {
+    float total = 0;
+    int t = 0;
+    for (const Term& term : terms(m, k)) {
+      float col = 0;
+      for (int dy = 0; dy < k; ++dy) {
+        float row = 0;
+        for (int dx = 0; dx < k; ++dx) {
+          const float prod = float(term.row[dx]) * pixel(x + dx - r, y + dy - r);
+          row = dx == 0 ? prod : row + prod;
+        }
+        col = dy == 0 ? float(term.col[dy]) * row : col + float(term.col[dy]) * row;
+      }
+      total = t++ == 0 ? col : total + col;
     }
-  const long long s = static_cast<long long>(sum);
-  if constexpr (std::is_same<D, vnx16s>::value) return D(clampTo(s, -32768, 32767));
-  if constexpr (std::is_same<D, vnx8s>::value) return D(clampTo(roundDiv(s, p.divisor), -128, 127));
-  if constexpr (std::is_same<D, vnx8u>::value) return D(clampTo(roundDiv(s, k * k), 0, 255));
-  if constexpr (std::is_same<D, vnx32f>::value)
-    return m == Member::Lowpass ? float(sum) * (1.0f / float(k * k)) : float(sum);
+    if (m == Member::SobelNegVert) total = -total;
+    if (m == Member::Lowpass) total = total * (1.0f / float(k * k));
+    return vt::canonical(total);  // every NaN result is the one NaN
+  } else {
+    long long s = 0;
+    for (const Term& term : terms(m, k))
+      for (int dy = 0; dy < k; ++dy)
+        for (int dx = 0; dx < k; ++dx) s += term.col[dy] * term.row[dx] * (long long)pixel(x + dx - r, y + dy - r);
+    if (m == Member::SobelNegVert) s = -s;
+    if constexpr (std::is_same<D, vnx16s>::value) return D(clampTo(s, -32768, 32767));
+    if constexpr (std::is_same<D, vnx8s>::value) return D(clampTo(roundDiv(s, p.divisor), -128, 127));
+    if constexpr (std::is_same<D, vnx8u>::value) return D(clampTo(roundDiv(s, k * k), 0, 255));
+  }
 }
 
 using Query = vnxStatus (*)(vnxiSize, int, int*);
@@ -92,10 +102,14 @@ using Filter = typename std::conditional<std::is_same<D, vnx8s>::value,
                                          vnxStatus (*)(const S*, int, D*, int, vnxiSize, int, int, S, vnx8u*)>::type;
 template <class S, class D>
 struct Entry {
-  const char* name;
   Member m;
   Filter<S, D> f;
   Query q;
+  const char* name() const {
+    static const char* const names[] = {"SobelHoriz", "SobelVert", "SobelNegVert", "SobelHorizSecond", "SobelVertSecond",
+                                        "SobelCross", "Laplacian", "ScharrHoriz", "ScharrVert", "Lowpass"};
+    return names[int(m)];
+  }
 };
 
 template <class S, class D>
@@ -107,83 +121,92 @@ vnxStatus run(const Entry<S, D>& e, const S* src, int srcStep, D* dst, int dstSt
     return e.f(src, srcStep, dst, dstStep, roi, p.mask, p.border, S(p.bval), buf);
 }
 
+// The Scharr members and queries take no mask: adapters to the table's signatures.
+template <auto F>
+struct NoMask;
+template <class S, class D, class... R, vnxStatus (*F)(const S*, int, D*, int, vnxiSize, int, S, R...) noexcept>
+struct NoMask<F> {
+  static vnxStatus run(const S* s, int ss, D* d, int ds, vnxiSize roi, int, int b, S v, R... r) {
+    return F(s, ss, d, ds, roi, b, v, r...);
+  }
+};
+template <vnxStatus (*Q)(vnxiSize, int*) noexcept>
+vnxStatus noMaskQuery(vnxiSize roi, int, int* p) {
+  return Q(roi, p);
+}
+
 const Entry<vnx8u, vnx16s> k8u16s[] = {
-    {"SobelHoriz", Member::SobelHoriz, vnxiFilterSobelHorizBorder_8u16s_C1R,
-     vnxiFilterSobelHorizGetBufferSize_8u16s_C1R},
-    {"SobelVert", Member::SobelVert, vnxiFilterSobelVertBorder_8u16s_C1R,
-     vnxiFilterSobelVertGetBufferSize_8u16s_C1R},
-    {"SobelNegVert", Member::SobelNegVert, vnxiFilterSobelNegVertBorder_8u16s_C1R,
-     vnxiFilterSobelNegVertGetBufferSize_8u16s_C1R},
-    {"SobelHorizSecond", Member::SobelHorizSecond, vnxiFilterSobelHorizSecondBorder_8u16s_C1R,
-     vnxiFilterSobelHorizSecondGetBufferSize_8u16s_C1R},
-    {"SobelVertSecond", Member::SobelVertSecond, vnxiFilterSobelVertSecondBorder_8u16s_C1R,
-     vnxiFilterSobelVertSecondGetBufferSize_8u16s_C1R},
-    {"SobelCross", Member::SobelCross, vnxiFilterSobelCrossBorder_8u16s_C1R,
-     vnxiFilterSobelCrossGetBufferSize_8u16s_C1R},
-    {"Laplacian", Member::Laplacian, vnxiFilterLaplacianBorder_8u16s_C1R,
-     vnxiFilterLaplacianGetBufferSize_8u16s_C1R},
-    {"ScharrHoriz", Member::ScharrHoriz, [](const vnx8u* s, int ss, vnx16s* d, int ds, vnxiSize r, int, int b, vnx8u v, vnx8u* p) { return vnxiFilterScharrHorizBorder_8u16s_C1R(s, ss, d, ds, r, b, v, p); },
-     [](vnxiSize r, int, int* p) { return vnxiFilterScharrHorizGetBufferSize_8u16s_C1R(r, p); }},
-    {"ScharrVert", Member::ScharrVert, [](const vnx8u* s, int ss, vnx16s* d, int ds, vnxiSize r, int, int b, vnx8u v, vnx8u* p) { return vnxiFilterScharrVertBorder_8u16s_C1R(s, ss, d, ds, r, b, v, p); },
-     [](vnxiSize r, int, int* p) { return vnxiFilterScharrVertGetBufferSize_8u16s_C1R(r, p); }},
+    {Member::SobelHoriz, vnxiFilterSobelHorizBorder_8u16s_C1R, vnxiFilterSobelHorizGetBufferSize_8u16s_C1R},
+    {Member::SobelVert, vnxiFilterSobelVertBorder_8u16s_C1R, vnxiFilterSobelVertGetBufferSize_8u16s_C1R},
+    {Member::SobelNegVert, vnxiFilterSobelNegVertBorder_8u16s_C1R, vnxiFilterSobelNegVertGetBufferSize_8u16s_C1R},
+    {Member::SobelHorizSecond, vnxiFilterSobelHorizSecondBorder_8u16s_C1R, vnxiFilterSobelHorizSecondGetBufferSize_8u16s_C1R},
+    {Member::SobelVertSecond, vnxiFilterSobelVertSecondBorder_8u16s_C1R, vnxiFilterSobelVertSecondGetBufferSize_8u16s_C1R},
+    {Member::SobelCross, vnxiFilterSobelCrossBorder_8u16s_C1R, vnxiFilterSobelCrossGetBufferSize_8u16s_C1R},
+    {Member::Laplacian, vnxiFilterLaplacianBorder_8u16s_C1R, vnxiFilterLaplacianGetBufferSize_8u16s_C1R},
+    {Member::ScharrHoriz, NoMask<vnxiFilterScharrHorizBorder_8u16s_C1R>::run,
+     noMaskQuery<vnxiFilterScharrHorizGetBufferSize_8u16s_C1R>},
+    {Member::ScharrVert, NoMask<vnxiFilterScharrVertBorder_8u16s_C1R>::run,
+     noMaskQuery<vnxiFilterScharrVertGetBufferSize_8u16s_C1R>},
 };
 const Entry<vnx8u, vnx8s> k8u8s[] = {
-    {"SobelHoriz", Member::SobelHoriz, vnxiFilterSobelHorizBorder_8u8s_C1R,
-     vnxiFilterSobelHorizGetBufferSize_8u8s_C1R},
-    {"SobelVert", Member::SobelVert, vnxiFilterSobelVertBorder_8u8s_C1R,
-     vnxiFilterSobelVertGetBufferSize_8u8s_C1R},
-    {"SobelNegVert", Member::SobelNegVert, vnxiFilterSobelNegVertBorder_8u8s_C1R,
-     vnxiFilterSobelNegVertGetBufferSize_8u8s_C1R},
-    {"SobelHorizSecond", Member::SobelHorizSecond, vnxiFilterSobelHorizSecondBorder_8u8s_C1R,
-     vnxiFilterSobelHorizSecondGetBufferSize_8u8s_C1R},
-    {"SobelVertSecond", Member::SobelVertSecond, vnxiFilterSobelVertSecondBorder_8u8s_C1R,
-     vnxiFilterSobelVertSecondGetBufferSize_8u8s_C1R},
-    {"SobelCross", Member::SobelCross, vnxiFilterSobelCrossBorder_8u8s_C1R,
-     vnxiFilterSobelCrossGetBufferSize_8u8s_C1R},
-    {"Laplacian", Member::Laplacian, vnxiFilterLaplacianBorder_8u8s_C1R,
-     vnxiFilterLaplacianGetBufferSize_8u8s_C1R},
-    {"ScharrHoriz", Member::ScharrHoriz, [](const vnx8u* s, int ss, vnx8s* d, int ds, vnxiSize r, int, int b, vnx8u v, int dv, vnx8u* p) { return vnxiFilterScharrHorizBorder_8u8s_C1R(s, ss, d, ds, r, b, v, dv, p); },
-     [](vnxiSize r, int, int* p) { return vnxiFilterScharrHorizGetBufferSize_8u8s_C1R(r, p); }},
-    {"ScharrVert", Member::ScharrVert, [](const vnx8u* s, int ss, vnx8s* d, int ds, vnxiSize r, int, int b, vnx8u v, int dv, vnx8u* p) { return vnxiFilterScharrVertBorder_8u8s_C1R(s, ss, d, ds, r, b, v, dv, p); },
-     [](vnxiSize r, int, int* p) { return vnxiFilterScharrVertGetBufferSize_8u8s_C1R(r, p); }},
+    {Member::SobelHoriz, vnxiFilterSobelHorizBorder_8u8s_C1R, vnxiFilterSobelHorizGetBufferSize_8u8s_C1R},
+    {Member::SobelVert, vnxiFilterSobelVertBorder_8u8s_C1R, vnxiFilterSobelVertGetBufferSize_8u8s_C1R},
+    {Member::SobelNegVert, vnxiFilterSobelNegVertBorder_8u8s_C1R, vnxiFilterSobelNegVertGetBufferSize_8u8s_C1R},
+    {Member::SobelHorizSecond, vnxiFilterSobelHorizSecondBorder_8u8s_C1R, vnxiFilterSobelHorizSecondGetBufferSize_8u8s_C1R},
+    {Member::SobelVertSecond, vnxiFilterSobelVertSecondBorder_8u8s_C1R, vnxiFilterSobelVertSecondGetBufferSize_8u8s_C1R},
+    {Member::SobelCross, vnxiFilterSobelCrossBorder_8u8s_C1R, vnxiFilterSobelCrossGetBufferSize_8u8s_C1R},
+    {Member::Laplacian, vnxiFilterLaplacianBorder_8u8s_C1R, vnxiFilterLaplacianGetBufferSize_8u8s_C1R},
+    {Member::ScharrHoriz, NoMask<vnxiFilterScharrHorizBorder_8u8s_C1R>::run,
+     noMaskQuery<vnxiFilterScharrHorizGetBufferSize_8u8s_C1R>},
+    {Member::ScharrVert, NoMask<vnxiFilterScharrVertBorder_8u8s_C1R>::run,
+     noMaskQuery<vnxiFilterScharrVertGetBufferSize_8u8s_C1R>},
 };
 const Entry<vnx32f, vnx32f> k32f[] = {
-    {"SobelHoriz", Member::SobelHoriz, vnxiFilterSobelHorizBorder_32f_C1R,
-     vnxiFilterSobelHorizGetBufferSize_32f_C1R},
-    {"SobelVert", Member::SobelVert, vnxiFilterSobelVertBorder_32f_C1R,
-     vnxiFilterSobelVertGetBufferSize_32f_C1R},
-    {"SobelNegVert", Member::SobelNegVert, vnxiFilterSobelNegVertBorder_32f_C1R,
-     vnxiFilterSobelNegVertGetBufferSize_32f_C1R},
-    {"SobelHorizSecond", Member::SobelHorizSecond, vnxiFilterSobelHorizSecondBorder_32f_C1R,
-     vnxiFilterSobelHorizSecondGetBufferSize_32f_C1R},
-    {"SobelVertSecond", Member::SobelVertSecond, vnxiFilterSobelVertSecondBorder_32f_C1R,
-     vnxiFilterSobelVertSecondGetBufferSize_32f_C1R},
-    {"SobelCross", Member::SobelCross, vnxiFilterSobelCrossBorder_32f_C1R,
-     vnxiFilterSobelCrossGetBufferSize_32f_C1R},
-    {"Laplacian", Member::Laplacian, vnxiFilterLaplacianBorder_32f_C1R,
-     vnxiFilterLaplacianGetBufferSize_32f_C1R},
-    {"ScharrHoriz", Member::ScharrHoriz, [](const vnx32f* s, int ss, vnx32f* d, int ds, vnxiSize r, int, int b, vnx32f v, vnx8u* p) { return vnxiFilterScharrHorizBorder_32f_C1R(s, ss, d, ds, r, b, v, p); },
-     [](vnxiSize r, int, int* p) { return vnxiFilterScharrHorizGetBufferSize_32f_C1R(r, p); }},
-    {"ScharrVert", Member::ScharrVert, [](const vnx32f* s, int ss, vnx32f* d, int ds, vnxiSize r, int, int b, vnx32f v, vnx8u* p) { return vnxiFilterScharrVertBorder_32f_C1R(s, ss, d, ds, r, b, v, p); },
-     [](vnxiSize r, int, int* p) { return vnxiFilterScharrVertGetBufferSize_32f_C1R(r, p); }},
-    {"Lowpass", Member::Lowpass, vnxiFilterLowpassBorder_32f_C1R,
-     vnxiFilterLowpassGetBufferSize_32f_C1R},
+    {Member::SobelHoriz, vnxiFilterSobelHorizBorder_32f_C1R, vnxiFilterSobelHorizGetBufferSize_32f_C1R},
+    {Member::SobelVert, vnxiFilterSobelVertBorder_32f_C1R, vnxiFilterSobelVertGetBufferSize_32f_C1R},
+    {Member::SobelNegVert, vnxiFilterSobelNegVertBorder_32f_C1R, vnxiFilterSobelNegVertGetBufferSize_32f_C1R},
+    {Member::SobelHorizSecond, vnxiFilterSobelHorizSecondBorder_32f_C1R, vnxiFilterSobelHorizSecondGetBufferSize_32f_C1R},
+    {Member::SobelVertSecond, vnxiFilterSobelVertSecondBorder_32f_C1R, vnxiFilterSobelVertSecondGetBufferSize_32f_C1R},
+    {Member::SobelCross, vnxiFilterSobelCrossBorder_32f_C1R, vnxiFilterSobelCrossGetBufferSize_32f_C1R},
+    {Member::Laplacian, vnxiFilterLaplacianBorder_32f_C1R, vnxiFilterLaplacianGetBufferSize_32f_C1R},
+    {Member::ScharrHoriz, NoMask<vnxiFilterScharrHorizBorder_32f_C1R>::run,
+     noMaskQuery<vnxiFilterScharrHorizGetBufferSize_32f_C1R>},
+    {Member::ScharrVert, NoMask<vnxiFilterScharrVertBorder_32f_C1R>::run,
+     noMaskQuery<vnxiFilterScharrVertGetBufferSize_32f_C1R>},
+    {Member::Lowpass, vnxiFilterLowpassBorder_32f_C1R, vnxiFilterLowpassGetBufferSize_32f_C1R},
 };
 const Entry<vnx8u, vnx8u> k8u[] = {
-    {"Lowpass", Member::Lowpass, vnxiFilterLowpassBorder_8u_C1R,
-     vnxiFilterLowpassGetBufferSize_8u_C1R},
+    {Member::Lowpass, vnxiFilterLowpassBorder_8u_C1R, vnxiFilterLowpassGetBufferSize_8u_C1R},
 };
 
-// Runs one member on a guard-page image and compares every pixel with the reference.
+// Source values: integers, integers with NaNs of several payloads and signs and
+// infinities, multiples of the smallest denormal, or negative zeros (32f only).
+enum class Values { Integers, Specials, Denormals, NegativeZeros };
+template <class S>
+S sample(std::mt19937& rng, Values v) {
+  const int i = std::is_same<S, vnx32f>::value ? int(rng() % 556) - 300 : int(rng() % 256);
+  if (v == Values::Denormals) return S(std::ldexp(float(i), -149));
+  if (v == Values::NegativeZeros) return S(-0.0f);
+  if (v == Values::Specials && rng() % 20 == 0) {
+    const std::uint32_t bits[] = {0x7FC00000u, 0xFFC00000u, 0x7F800001u, 0xFFA5A5A5u, 0x7F800000u, 0xFF800000u};
+    float f;
+    std::memcpy(&f, &bits[rng() % 6], 4);
+    return S(f);
+  }
+  return S(i);
+}
+
+// Runs one member on a guard-page image and compares every pixel with the reference;
+// the work buffer has exactly the queried size and ends right before a protected page.
 template <class S, class D>
-void expectMatches(const Entry<S, D>& e, vnxiSize size, const Params& p, vt::Guard guard, unsigned seed) {
-  SCOPED_TRACE(std::string(e.name) + " " + std::to_string(size.width) + "x" + std::to_string(size.height) +
+void expectMatches(const Entry<S, D>& e, vnxiSize size, const Params& p, vt::Guard guard, unsigned seed,
+                   Values values = Values::Integers) {
+  SCOPED_TRACE(std::string(e.name()) + " " + std::to_string(size.width) + "x" + std::to_string(size.height) +
                " mask " + std::to_string(p.mask) + " border " + std::to_string(p.border) + " divisor " +
                std::to_string(p.divisor));
   std::mt19937 rng(seed);
   vt::Image<S> src(size.width, size.height, 1, 3 * sizeof(S), guard);
-  std::uniform_int_distribution<int> d(std::is_same<S, vnx32f>::value ? -300 : 0, 255);
-  src.fill([&](int, int, int) { return d(rng); });
+  src.fill([&](int, int, int) { return sample<S>(rng, values); });
   vt::Image<D> dst(size.width, size.height, 1, 2 * sizeof(D), guard);
   dst.fill([](int x, int y, int) { return (x * 7 + y * 3) % 50 + 3; });
   int bytes = 0;
@@ -223,18 +246,16 @@ TEST(FixedFilters, EveryMemberBorderAndMaskMatchesTheWeights_8u8s) { everyMember
 TEST(FixedFilters, EveryMemberBorderAndMaskMatchesTheWeights_32f) { everyMemberBorderAndMask(k32f); }
 TEST(FixedFilters, EveryMemberBorderAndMaskMatchesTheWeights_8u) { everyMemberBorderAndMask(k8u); }
 
-// Sizes that take the band path for 2 and 4 threads (height >= threads * 128, width >= 256).
+// Sizes that take the band path (height >= threads * 128, width >= 256), up to 8 bands.
 template <class S, class D, std::size_t N>
 void bandsMatchTheWeights(const Entry<S, D> (&table)[N]) {
   unsigned seed = 99;
-  for (int threads : {2, 3}) {
+  for (int threads : {2, 3, 8}) {
     vt::Threads guard(threads);
     for (const auto& e : table)
       for (int mask : {vnxMskSize3x3, vnxMskSize5x5}) {
-        const int border = int(seed % 5);
-        const Params p{mask, border, kDivisors[seed % 5], 200.0};
-        expectMatches(e, {257 + int(seed % 9), threads * 128 + int(seed % 5)}, p, vt::Guard::After, seed);
-        ++seed;
+        const Params p{mask, int(seed % 5), kDivisors[seed % 5], 200.0};
+        expectMatches(e, {257 + int(seed % 9), threads * 128 + int(seed % 5)}, p, vt::Guard::After, seed++);
       }
   }
 }
@@ -243,36 +264,45 @@ TEST(FixedFilters, BandsMatchTheWeights_8u8s) { bandsMatchTheWeights(k8u8s); }
 TEST(FixedFilters, BandsMatchTheWeights_32f) { bandsMatchTheWeights(k32f); }
 TEST(FixedFilters, BandsMatchTheWeights_8u) { bandsMatchTheWeights(k8u); }
 
-TEST(FixedFilters, FractionalFloatsStayCloseToTheWeights) {
-  std::mt19937 rng(5);
-  vt::Image<vnx32f> src(40, 9, 1, 0);
-  src.fill([&](int x, int y, int) { return std::ldexp(float(int(rng() % 2001) - 1000), -7) + x * 0.01f - y; });
-  vt::Image<vnx32f> dst(40, 9);
-  for (const auto& e : k32f) {
-    int bytes = 0;
-    ASSERT_EQ(e.q(src.size(), vnxMskSize5x5, &bytes), vnxStatusOk);
-    std::vector<vnx8u> buf(bytes);
-    const Params p{vnxMskSize5x5, vnxBorderMirror, 1, 0};
-    ASSERT_EQ(run(e, src.ptr(), src.step(), dst.ptr(), dst.step(), src.size(), p, buf.data()), vnxStatusOk);
-    for (int y = 0; y < 9; ++y)
-      for (int x = 0; x < 40; ++x) {
-        // double reference of the same weights; float sums stay within a few ulps of 64 * max
-        const int k = e.m == Member::ScharrHoriz || e.m == Member::ScharrVert ? 3 : 5, r = k / 2;
-        const std::vector<int> w = weights(e.m, k);
-        double sum = 0;
-        for (int dy = 0; dy < k; ++dy)
-          for (int dx = 0; dx < k; ++dx)
-            sum += w[dy * k + dx] * double(src.at(refIndex(x + dx - r, 40, 3), refIndex(y + dy - r, 9, 3)));
-        if (e.m == Member::Lowpass) sum /= k * k;
-        ASSERT_NEAR(dst.at(x, y), sum, 1e-4 * 64 * 12) << e.name << " at " << x << ", " << y;
-      }
+// The work buffer of the queried size suffices at every thread count (it ends right
+// before a protected page), and grows linearly with the thread count.
+TEST(FixedFilters, ScratchOfEachThreadCountSufficesAndGrowsLinearly) {
+  for (int threads = 1; threads <= 8; ++threads) {
+    vt::Threads guard(threads);
+    const Params p{vnxMskSize5x5, vnxBorderWrap, 3, 0.0};
+    expectMatches(k8u16s[0], {300, 1030}, p, vt::Guard::After, threads);
+    expectMatches(k8u8s[6], {260, 1024}, p, vt::Guard::Before, threads);
+    expectMatches(k32f[6], {256, 1029}, p, vt::Guard::After, threads);
   }
+  int one = 0, eight = 0;
+  {
+    vt::Threads guard(1);
+    ASSERT_EQ(vnxiFilterSobelVertGetBufferSize_8u16s_C1R({640, 480}, 33, &one), vnxStatusOk);
+  }
+  vt::Threads guard(8);
+  ASSERT_EQ(vnxiFilterSobelVertGetBufferSize_8u16s_C1R({640, 480}, 33, &eight), vnxStatusOk);
+  EXPECT_EQ(eight, 8 * one);
+}
+
+// NaNs of any payload and sign, infinities, denormals and negative zeros: the 32f
+// results have the reference's bits, every NaN the one NaN, serial and in bands.
+TEST(FixedFilters, SpecialFloatsGiveTheReferenceBitsAndOneNaN) {
+  unsigned seed = 400;
+  for (int threads : {1, 3})
+    for (Values v : {Values::Specials, Values::Denormals, Values::NegativeZeros}) {
+      vt::Threads guard(threads);
+      for (const auto& e : k32f) {
+        const Params p{seed % 2 ? vnxMskSize3x3 : vnxMskSize5x5, int(seed % 5), 1, seed % 3 ? 0.0 : -1.0};
+        expectMatches(e, {259, threads == 1 ? 37 : 3 * 128}, p, vt::Guard::After, seed++, v);
+      }
+    }
 }
 
 // ---- buffer sizes ---------------------------------------------------------------
 
 long long roundUp(long long v, int m) { return (v + m - 1) / m * m; }
 
+// T slices of S + 32 bytes; S takes the pipeline queries' sizes for one thread.
 TEST(FixedFilters, BufferSizesFollowTheFormulaForEachThreadCount) {
   const vnxiSize sizes[] = {{1, 1}, {100, 10}, {1920, 1080}, {17, 333}};
   for (int t : {1, 2, 4}) {
@@ -280,7 +310,7 @@ TEST(FixedFilters, BufferSizesFollowTheFormulaForEachThreadCount) {
     for (const vnxiSize& s : sizes)
       for (int mask : {vnxMskSize3x3, vnxMskSize5x5}) {
         const long long k = mask == vnxMskSize5x5 ? 5 : 3, w16 = roundUp(s.width, 16), w4 = roundUp(s.width, 4);
-        auto rowQ = [&](long long kk, long long perThread) { return t * (32 + 4 * (s.height + kk) + perThread); };
+        auto rowQ = [&](long long kk, long long perThread) { return 32 + 4 * (s.height + kk) + perThread; };
         const long long r8 = rowQ(k, 36 * k + 112), c16 = rowQ(k, 12 * w4 + 32), r32 = rowQ(k, 64 * k + 64);
         const long long r8s = rowQ(3, 36 * 3 + 112), c16s = rowQ(3, 12 * w4 + 32), r32s = rowQ(3, 64 * 3 + 64);
         const long long sobel8 = 2 * w16 * (2 * k + 15) + 4 * (3 * k + 30) + 64 + r8 + c16;
@@ -300,116 +330,84 @@ TEST(FixedFilters, BufferSizesFollowTheFormulaForEachThreadCount) {
           if (std::string(name).rfind("Scharr", 0) == 0 && mask == vnxMskSize5x5) return;  // no mask: 3x3 only
           EXPECT_EQ(got, want) << name << " threads " << t << " " << s.width << "x" << s.height << " mask " << mask;
         };
-        for (const auto& e : k8u16s) check(e.name, e.q, expected(e.m, 0));
-        for (const auto& e : k8u8s) check(e.name, e.q, expected(e.m, 1));
-        for (const auto& e : k32f) check(e.name, e.q, expected(e.m, 2));
-        for (const auto& e : k8u) check(e.name, e.q, expected(e.m, 0));
+        for (const auto& e : k8u16s) check(e.name(), e.q, expected(e.m, 0));
+        for (const auto& e : k8u8s) check(e.name(), e.q, expected(e.m, 1));
+        for (const auto& e : k32f) check(e.name(), e.q, expected(e.m, 2));
+        for (const auto& e : k8u) check(e.name(), e.q, expected(e.m, 0));
       }
   }
 }
 
-TEST(FixedFilters, QueryChecksResultPointerThenSizeThenMask) {
-  for (const auto& e : k8u16s) {
-    int v = 0;
-    EXPECT_EQ(e.q({0, 0}, 3, nullptr), vnxStatusNullPtr) << e.name;
-    EXPECT_EQ(e.q({0, 5}, 3, &v), vnxStatusBadSize) << e.name;
-    EXPECT_EQ(e.q({5, 0}, 33, &v), vnxStatusBadSize) << e.name;
-    if (e.m != Member::ScharrHoriz && e.m != Member::ScharrVert) {
-      EXPECT_EQ(e.q({5, 5}, 3, &v), vnxStatusBadMaskSize) << e.name;
-    }
+// Sizes that do not fit an int are refused and nothing is written; the largest that
+// fits is reported.
+TEST(FixedFilters, QueriesRefuseSizesBeyondAnInt) {
+  vt::Threads guard(1);
+  struct Case {
+    Query q;
+    vnxiSize roi;
+    int mask;
+  };
+  const Case cases[] = {
+      {vnxiFilterSobelHorizGetBufferSize_8u16s_C1R, {79536432, 1}, 33},  // 4294967928 bytes
+      {vnxiFilterLaplacianGetBufferSize_8u8s_C1R, {65536, 65536}, 55},   // 8597799860 bytes
+      {k32f[8].q, {30000000, 1}, 33},                                     // Scharr 32f: 84 w + ...
+      {vnxiFilterLowpassGetBufferSize_32f_C1R, {2147483647, 1}, 55},
+  };
+  for (const Case& c : cases) {
+    int v = 12345;
+    EXPECT_EQ(c.q(c.roi, c.mask, &v), vnxStatusBadSize) << c.roi.width << "x" << c.roi.height;
+    EXPECT_EQ(v, 12345);
   }
   int v = 0;
-  EXPECT_EQ(vnxiFilterLowpassGetBufferSize_32f_C1R({5, 5}, 3, &v), vnxStatusBadMaskSize);
-  EXPECT_EQ(vnxiFilterLaplacianGetBufferSize_8u8s_C1R({5, 5}, 54, &v), vnxStatusBadMaskSize);
+  EXPECT_EQ(vnxiFilterSobelHorizGetBufferSize_8u16s_C1R({39768192, 1}, 33, &v), vnxStatusOk);
+  EXPECT_EQ(v, 54 * 39768192 + 568 + 32);
 }
 
-// ---- statuses -------------------------------------------------------------------
-
-struct StatusCase {
-  const char* what;
-  bool nullSrc, nullDst, nullBuf;
-  vnxiSize roi;
-  int srcStepDelta, dstStepDelta, mask, border, divisor;
-  vnxStatus expected;
-};
-const StatusCase kStatusCases[] = {
-    {"fine", false, false, false, {8, 4}, 0, 0, 33, 1, 1, vnxStatusOk},
-    {"null source", true, false, false, {8, 4}, 0, 0, 33, 1, 1, vnxStatusNullPtr},
-    {"null destination", false, true, false, {8, 4}, 0, 0, 33, 1, 1, vnxStatusNullPtr},
-    {"null buffer wins over size", false, false, true, {0, 4}, 0, 0, 33, 1, 1, vnxStatusNullPtr},
-    {"zero width", false, false, false, {0, 4}, 0, 0, 3, 9, 0, vnxStatusBadSize},
-    {"zero height wins over steps", false, false, false, {8, 0}, -100, 0, 33, 1, 1, vnxStatusBadSize},
-    {"short source step", false, false, false, {8, 4}, -1, 0, 3, 9, 0, vnxStatusBadStep},
-    {"short destination step", false, false, false, {8, 4}, 0, -1, 33, 1, 1, vnxStatusBadStep},
-    {"border 5 wins over divisor and mask", false, false, false, {8, 4}, 0, 0, 3, 5, 0, vnxStatusBadArg},
-    {"border -1", false, false, false, {8, 4}, 0, 0, 33, -1, 1, vnxStatusBadArg},
-    {"mask 3", false, false, false, {8, 4}, 0, 0, 3, 1, 1, vnxStatusBadMaskSize},
-};
+// ---- statuses: each export calls its check (the orders are in filter_check_test) ----
 
 template <class S, class D, std::size_t N>
-void statusesInOrder(const Entry<S, D> (&table)[N], int misalign) {
-  for (const auto& e : table)
-    for (const StatusCase& c : kStatusCases) {
-      vt::Image<S> src(8, 4, 1, 16);
-      vt::Image<D> dst(8, 4, 1, 16);
-      dst.fill([](int, int, int) { return 7; });
-      const std::vector<D> before = dst.pixels();
-      std::vector<vnx8u> buf(1 << 16);
-      const Params p{c.mask, c.border, c.divisor, 0};
-      const bool scharr = e.m == Member::ScharrHoriz || e.m == Member::ScharrVert;
-      vnxStatus want = c.expected;
-      if (scharr && want == vnxStatusBadMaskSize) want = vnxStatusOk;
-      if (!std::is_same<D, vnx8s>::value && c.divisor == 0 && want == vnxStatusBadArg && c.border >= 0 &&
-          c.border <= 4)
-        want = scharr ? vnxStatusOk : vnxStatusBadMaskSize;
-      const vnxStatus st = run(e, c.nullSrc ? nullptr : src.ptr(), src.step() + c.srcStepDelta * 17,
-                               c.nullDst ? nullptr : dst.ptr(), dst.step() + c.dstStepDelta * 17, c.roi, p,
-                               c.nullBuf ? nullptr : buf.data());
-      EXPECT_EQ(st, want) << e.name << ": " << c.what;
-      if (st != vnxStatusOk) VT_EXPECT_SAME_SAMPLES(before, dst.pixels());
-    }
-  // Step multiples come after all row-byte tests.
+void eachExportChecks(const Entry<S, D> (&table)[N]) {
   for (const auto& e : table) {
     vt::Image<S> src(8, 4, 1, 16);
     vt::Image<D> dst(8, 4, 1, 16);
+    dst.fill([](int, int, int) { return 7; });
+    const std::vector<D> before = dst.pixels();
     std::vector<vnx8u> buf(1 << 16);
-    const Params p{33, 1, 1, 0};
-    if (misalign) {
-      EXPECT_EQ(run(e, src.ptr(), src.step() + misalign, dst.ptr(), dst.step() - 64, src.size(), p, buf.data()),
-                vnxStatusBadStep)
-          << e.name;
-      EXPECT_EQ(run(e, src.ptr(), src.step(), dst.ptr(), dst.step() + 1, src.size(), p, buf.data()),
-                vnxStatusStepNotMultiple)
-          << e.name;
+    const bool scharr = e.m == Member::ScharrHoriz || e.m == Member::ScharrVert;
+    const bool div = std::is_same<D, vnx8s>::value;
+    struct Case {
+      vnx8u* buf;
+      int dstStepDelta, mask, border, divisor;
+      vnxStatus want;
+    };
+    const Case cases[] = {
+        {nullptr, 0, 33, 1, 1, vnxStatusNullPtr},
+        {buf.data(), -int(sizeof(D)), 33, 1, 1, vnxStatusBadStep},
+        {buf.data(), sizeof(D) > 1 ? 1 : 0, 33, 5, 1, sizeof(D) > 1 ? vnxStatusStepNotMultiple : vnxStatusBadArg},
+        {buf.data(), 0, 3, 1, 0, div ? vnxStatusBadArg : scharr ? vnxStatusOk : vnxStatusBadMaskSize},
+        {buf.data(), 0, 54, 1, 1, scharr ? vnxStatusOk : vnxStatusBadMaskSize},
+    };
+    for (const Case& c : cases) {
+      const Params p{c.mask, c.border, c.divisor, 0};
+      const vnxStatus st = run(e, src.ptr(), src.step(), dst.ptr(), 8 * int(sizeof(D)) + c.dstStepDelta, {8, 4}, p, c.buf);
+      EXPECT_EQ(st, c.want) << e.name() << " mask " << c.mask << " border " << c.border;
+      if (st != vnxStatusOk) VT_EXPECT_SAME_SAMPLES(before, dst.pixels());
     }
   }
 }
-TEST(FixedFilters, StatusesInTheirOrder_8u16s) { statusesInOrder(k8u16s, 0); }
-TEST(FixedFilters, StatusesInTheirOrder_8u8s) { statusesInOrder(k8u8s, 0); }
-TEST(FixedFilters, StatusesInTheirOrder_32f) { statusesInOrder(k32f, 2); }
-TEST(FixedFilters, StatusesInTheirOrder_8u) { statusesInOrder(k8u, 0); }
+TEST(FixedFilters, EachExportChecksInTheSharedOrder_8u16s) { eachExportChecks(k8u16s); }
+TEST(FixedFilters, EachExportChecksInTheSharedOrder_8u8s) { eachExportChecks(k8u8s); }
+TEST(FixedFilters, EachExportChecksInTheSharedOrder_32f) { eachExportChecks(k32f); }
+TEST(FixedFilters, EachExportChecksInTheSharedOrder_8u) { eachExportChecks(k8u); }
 
-TEST(FixedFilters, OddDestinationStepOf16sIsNotAMultiple) {
-  vt::Image<vnx8u> src(8, 4, 1, 16);
-  vt::Image<vnx16s> dst(8, 4, 1, 16);
-  std::vector<vnx8u> buf(1 << 16);
-  EXPECT_EQ(vnxiFilterSobelVertBorder_8u16s_C1R(src.ptr(), src.step(), dst.ptr(), dst.step() + 1, {8, 4}, 33, 1, 0,
-                                                buf.data()),
-            vnxStatusStepNotMultiple);
-  EXPECT_EQ(vnxiFilterSobelVertBorder_8u16s_C1R(src.ptr(), 7, dst.ptr(), dst.step() + 1, {8, 4}, 33, 1, 0, buf.data()),
-            vnxStatusBadStep);
-}
-
-TEST(FixedFilters, ZeroDivisorIsRefusedBeforeTheMask) {
-  vt::Image<vnx8u> src(8, 4);
-  vt::Image<vnx8s> dst(8, 4);
-  std::vector<vnx8u> buf(1 << 16);
-  EXPECT_EQ(vnxiFilterSobelCrossBorder_8u8s_C1R(src.ptr(), src.step(), dst.ptr(), dst.step(), {8, 4}, 3, 1, 0, 0,
-                                                buf.data()),
-            vnxStatusBadArg);
-  EXPECT_EQ(vnxiFilterScharrVertBorder_8u8s_C1R(src.ptr(), src.step(), dst.ptr(), dst.step(), {8, 4}, 1, 0, 0,
-                                                buf.data()),
-            vnxStatusBadArg);
+TEST(FixedFilters, EachQueryChecksInTheSharedOrder) {
+  for (Query q : {k8u16s[0].q, k8u8s[6].q, k32f[9].q, k8u[0].q, k8u16s[7].q}) {
+    const bool scharr = q == k8u16s[7].q;  // no mask argument
+    int v = 3;
+    EXPECT_EQ(q({5, 5}, 33, nullptr), vnxStatusNullPtr);
+    EXPECT_EQ(q({5, 0}, 33, &v), vnxStatusBadSize);
+    EXPECT_EQ(q({5, 5}, 3, &v), scharr ? vnxStatusOk : vnxStatusBadMaskSize);
+  }
 }
 
 }  // namespace

@@ -4,6 +4,9 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
+#include <random>
+#include <type_traits>
 
 #include "vnxcv.h"
 
@@ -29,6 +32,29 @@ inline long long roundDiv(long long s, long long d) {
   const long long a = std::llabs(s), b = std::llabs(d), q = (2 * a + b) / (2 * b);
   return (s < 0) != (d < 0) ? -q : q;
 }
+// The one NaN of the library for a NaN result, other values as they are.
+inline float canonical(float v) {
+  const unsigned nan = 0xFFC00000u;
+  if (v == v) return v;
+  std::memcpy(&v, &nan, 4);
+  return v;
+}
+template <class T>
+inline T canonical(T v) {
+  return v;
+}
+
+// A float sample v, now and then replaced by a NaN of some payload and sign or an
+// infinity; other types as they are.
+template <class T>
+inline T withSpecials(std::mt19937& rng, int v) {
+  if (!std::is_same<T, float>::value || rng() % 24 != 0) return T(v);
+  const unsigned bits[] = {0x7FC00000u, 0xFFC00000u, 0x7F800001u, 0xFFA5A5A5u, 0x7F800000u, 0xFF800000u};
+  float f;
+  std::memcpy(&f, &bits[rng() % 6], 4);
+  return T(f);
+}
+
 inline long long clampTo(long long v, long long lo, long long hi) { return std::min(std::max(v, lo), hi); }
 
 }  // namespace vt
