@@ -243,11 +243,14 @@ class Block {
  public:
   Block() = default;
   Block(std::size_t bytes, Guard guard, std::size_t lead = 0) { map(bytes, guard, lead); }
+  enum Fill { kCanaryFill, kUntouched };
   ~Block() { unmap(); }
   Block(const Block&) = delete;
   Block& operator=(const Block&) = delete;
 
-  void map(std::size_t bytes, Guard guard, std::size_t lead = 0) {
+  // kUntouched leaves the pages unwritten (they read as zeros and cost no memory
+  // until written): for the few huge buffers a harness maps on purpose.
+  void map(std::size_t bytes, Guard guard, std::size_t lead = 0, Fill fill = kCanaryFill) {
     unmap();
     const std::size_t pg = pageSize();
     const std::size_t body = (bytes + lead + pg - 1) / pg * pg;
@@ -261,7 +264,7 @@ class Block {
     hi_ = base_ + pg + body;
     data_ = guard == Guard::After ? hi_ - bytes : lo_ + lead;
     bytes_ = bytes;
-    std::memset(lo_, kCanary, body);
+    if (fill == kCanaryFill) std::memset(lo_, kCanary, body);
   }
   std::uint8_t* data() const { return data_; }
   std::size_t bytes() const { return bytes_; }
