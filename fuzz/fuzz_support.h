@@ -253,7 +253,7 @@ class Block {
   void map(std::size_t bytes, Guard guard, std::size_t lead = 0, Fill fill = kCanaryFill) {
     unmap();
     const std::size_t pg = pageSize();
-    const std::size_t body = (bytes + lead + pg - 1) / pg * pg;
+    const std::size_t body = bytes + lead == 0 ? pg : (bytes + lead + pg - 1) / pg * pg;
     total_ = body + 2 * pg;
     void* m = mmap(nullptr, total_, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
     if (m == MAP_FAILED) std::abort();
