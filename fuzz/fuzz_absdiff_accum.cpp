@@ -80,8 +80,8 @@ vnxStatus expected(const Member& m, const Args& a) {
   if (vnxStatus st = expectPtrs({a.s1, two ? a.s2 : &a, m.masked ? a.mask : &a, a.dst})) return st;
   if (vnxStatus st = expectRoi(a.roi)) return st;
   const int e = kElem[m.type];
-  const StepArg s1{a.s1Step, rowBytes(a.roi, e), e}, s2{two ? a.s2Step : INT_MAX, rowBytes(a.roi, e), e};
-  const StepArg mk{m.masked ? a.maskStep : INT_MAX, rowBytes(a.roi, 1), 1};
+  const StepArg s1{a.s1Step, rowBytes(a.roi, e), e}, s2 = two ? StepArg{a.s2Step, rowBytes(a.roi, e), e} : kAbsent;
+  const StepArg mk = m.masked ? StepArg{a.maskStep, rowBytes(a.roi, 1), 1} : kAbsent;
   if (m.op == kAbsDiff || m.op == kAbsDiffC) return expectSteps({s1, s2, {a.dstStep, rowBytes(a.roi, e), e}});
   const StepArg acc{a.dstStep, rowBytes(a.roi, 4), 4};
   if (m.type == k16u) {  // the 16-bit sources, then the mask, then the accumulator
@@ -177,6 +177,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   a.fvalue = r.anyFloat();
   const Guard guard = r.oneIn(3) ? Guard::Before : Guard::After;
   const int lead = guard == Guard::Before ? e * r.pick(16 / e) : 0;
+  FZ_CONTEXT("member %d (op %d, type %d, masked %d), roi %dx%d, steps %d %d %d %d, value %d, %a",
+             static_cast<int>(&m - kMembers), m.op, m.type, m.masked, a.roi.width, a.roi.height, a.s1Step,
+             a.s2Step, a.maskStep, a.dstStep, a.value, a.fvalue);
 
   Img s1, s2, mk, dst;
   s1.make(a.roi.width, a.roi.height, e, a.s1Step, guard, lead);

@@ -186,6 +186,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   a.divisor = r.oneIn(2) ? 1 + r.pick(300) : r.anyInt();
   a.srcStep = pickStep(r, rowBytes(a.roi, srcElem(m)), srcElem(m));
   a.dstStep = pickStep(r, rowBytes(a.roi, dstElem(m)), dstElem(m));
+  FZ_CONTEXT("%s, roi %dx%d, mask %d, border %d, value %d / %a, divisor %d, steps %d %d", m.name, a.roi.width,
+             a.roi.height, a.mask, a.border, a.value8, a.value32, a.divisor, a.srcStep, a.dstStep);
   const bool nullQueryResult = r.oneIn(32);
   const int bufferMode = r.pick(32);  // 0: null, 1: trap, else the queried size
   const Guard guard = r.oneIn(3) ? Guard::Before : Guard::After;

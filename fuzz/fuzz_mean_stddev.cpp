@@ -70,7 +70,7 @@ vnxStatus expected(const Member& m, const Args& a) {
   if (vnxStatus st = expectRoi(a.roi)) return st;
   const int e = kElem[m.type], ch = coiForm(m.form) ? 3 : 1;
   if (vnxStatus st = expectSteps({{a.srcStep, rowBytes(a.roi, e * ch), e},
-                                  {masked(m.form) ? a.maskStep : INT_MAX, rowBytes(a.roi, 1), 1}}))
+                                  masked(m.form) ? StepArg{a.maskStep, rowBytes(a.roi, 1), 1} : kAbsent}))
     return st;
   if (coiForm(m.form) && (a.coi < 1 || a.coi > 3)) return vnxStatusBadCoi;
   return vnxStatusOk;
@@ -101,6 +101,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   a.srcStep = pickStep(r, rowBytes(a.roi, e * ch), e);
   a.maskStep = pickStep(r, rowBytes(a.roi, 1), 1);
   a.coi = pickCoi(r);
+  FZ_CONTEXT("member %d (type %d, form %d), roi %dx%d, steps %d %d, coi %d", static_cast<int>(&m - kMembers), m.type,
+             m.form, a.roi.width, a.roi.height, a.srcStep, a.maskStep, a.coi);
   // The unmasked 32f forms accept any source address.
   const bool anyAddress = m.type == k32f && (m.form == kC1 || m.form == kC3C);
 #ifdef VNX_FUZZ_SKIP_UNALIGNED_MEANSTDDEV

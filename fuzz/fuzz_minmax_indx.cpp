@@ -56,7 +56,7 @@ vnxStatus expected(const Member& m, const Args& a) {
   if (vnxStatus st = expectRoi(a.roi)) return st;
   const int e = kElem[m.type], ch = coiForm(m.form) ? 3 : 1;
   if (vnxStatus st = expectSteps({{a.srcStep, rowBytes(a.roi, e * ch), e},
-                                  {masked(m.form) ? a.maskStep : INT_MAX, rowBytes(a.roi, 1), 1}}))
+                                  masked(m.form) ? StepArg{a.maskStep, rowBytes(a.roi, 1), 1} : kAbsent}))
     return st;
   if (coiForm(m.form) && (a.coi < 1 || a.coi > 3)) return vnxStatusBadCoi;
   return vnxStatusOk;
@@ -124,6 +124,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   a.maskStep = pickStep(r, rowBytes(a.roi, 1), 1);
   static const int kCoi[] = {1, 2, 3, 1, 2, 3, 1, 2, 3, 0, 4, -1, INT_MIN, INT_MAX, -3, 5};
   a.coi = kCoi[r.pick(16)];
+  FZ_CONTEXT("member %d (type %d, form %d), roi %dx%d, steps %d %d, coi %d", static_cast<int>(&m - kMembers), m.type,
+             m.form, a.roi.width, a.roi.height, a.srcStep, a.maskStep, a.coi);
   const Guard guard = r.oneIn(3) ? Guard::Before : Guard::After;
   Img src, mask;
   src.make(a.roi.width, a.roi.height, e * ch, a.srcStep, guard, guard == Guard::Before ? e * r.pick(16 / e) : 0);
@@ -135,14 +137,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   a.mask = !masked(m.form) ? nullptr : r.oneIn(32) ? nullptr : mask.ptr();
   // A null result pointer means the caller does not want that result.
 #ifdef VNX_FUZZ_SKIP_NULL_RESULT
-  const int nullOdds = INT_MAX;
+  const bool nulls = false;
 #else
-  const int nullOdds = 8;
+  const bool nulls = true;
 #endif
-  a.minV = r.oneIn(nullOdds) ? nullptr : minV.ptr();
-  a.maxV = r.oneIn(nullOdds) ? nullptr : maxV.ptr();
-  a.minI = r.oneIn(nullOdds) ? nullptr : minI.ptr();
-  a.maxI = r.oneIn(nullOdds) ? nullptr : maxI.ptr();
+  a.minV = r.oneIn(8) && nulls ? nullptr : minV.ptr();
+  a.maxV = r.oneIn(8) && nulls ? nullptr : maxV.ptr();
+  a.minI = r.oneIn(8) && nulls ? nullptr : minI.ptr();
+  a.maxI = r.oneIn(8) && nulls ? nullptr : maxI.ptr();
   const vnxStatus want = expected(m, a);
   if (want == vnxStatusOk && !(src.real() && (!masked(m.form) || mask.real()))) return 0;
 

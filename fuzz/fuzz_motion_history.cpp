@@ -48,6 +48,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const vnxiSize roi{pickDim(r, 40, 600), pickDim(r, 40, 600)};
   const int ss = pickStep(r, rowBytes(roi, e), e), hs = pickStep(r, rowBytes(roi, 4), 4);
   const float timestamp = r.anyFloat(), duration = r.anyFloat();
+  FZ_CONTEXT("member %d, roi %dx%d, steps %d %d, timestamp %a, duration %a", static_cast<int>(&m - kMembers),
+             roi.width, roi.height, ss, hs, timestamp, duration);
   const Guard guard = r.oneIn(3) ? Guard::Before : Guard::After;
   Img sil, hist;
   sil.make(roi.width, roi.height, e, ss, guard);

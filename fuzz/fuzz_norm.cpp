@@ -135,7 +135,7 @@ vnxStatus expected(const Member& m, const Args& a) {
   if (vnxStatus st = expectPtrs({a.s1, two ? a.s2 : &a, a.mask, static_cast<const void*>(a.norm)})) return st;
   if (vnxStatus st = expectRoi(a.roi)) return st;
   const int e = kElem[m.type], ch = m.coiForm ? 3 : 1;
-  const StepArg s1{a.s1Step, rowBytes(a.roi, e * ch), e}, s2{two ? a.s2Step : INT_MAX, rowBytes(a.roi, e * ch), e};
+  const StepArg s1{a.s1Step, rowBytes(a.roi, e * ch), e}, s2 = two ? StepArg{a.s2Step, rowBytes(a.roi, e * ch), e} : kAbsent;
   const StepArg mk{a.maskStep, rowBytes(a.roi, 1), 1};
   if (e == 1) {
     if (vnxStatus st = expectSteps({s1, s2, mk})) return st;
@@ -210,6 +210,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   static const int kCoi[] = {1, 2, 3, 1, 2, 3, 1, 2, 3, 0, 4, -1, INT_MIN, INT_MAX, -3, 5};
 #endif
   a.coi = kCoi[r.pick(16)];
+  FZ_CONTEXT("member %d (type %d, kind %d, norm %d, coi form %d), roi %dx%d, steps %d %d %d, coi %d",
+             static_cast<int>(&m - kMembers), m.type, m.kind, m.which, m.coiForm, a.roi.width, a.roi.height, a.s1Step,
+             a.s2Step, a.maskStep, a.coi);
   const Guard guard = r.oneIn(3) ? Guard::Before : Guard::After;
   Img s1, s2, mask;
   s1.make(a.roi.width, a.roi.height, e * ch, a.s1Step, guard, guard == Guard::Before ? e * r.pick(16 / e) : 0);

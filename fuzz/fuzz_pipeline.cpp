@@ -171,6 +171,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const int inRow = m.in * m.channels, outRow = m.out * m.channels;
   a.srcStep = pickStep(r, rowBytes(a.roi, inRow), m.in);
   a.dstStep = pickStep(r, rowBytes(a.roi, outRow), m.out);
+  FZ_CONTEXT("%s, roi %dx%d, kernelSize %d, anchor %d, border %d, values %d %d %a, divisor %d, steps %d %d", m.name,
+             a.roi.width, a.roi.height, a.k, a.anchor, a.border, a.value8, a.value16, a.value32, a.divisor, a.srcStep,
+             a.dstStep);
   const bool nullQueryResult = r.oneIn(32);
   const int bufferMode = r.pick(32);  // 0: null, 1: trap, else the queried size
   const int nullMode = r.pick(16);    // 0: a null row pointer inside the array, 1: one past it

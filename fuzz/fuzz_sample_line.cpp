@@ -33,7 +33,7 @@ int pickCoord(Reader& r, int extent) {
     case 1: return extent;
     case 2: return INT_MIN;
     case 3: return INT_MAX;
-    case 4: return extent - 1;
+    case 4: return clampInt(std::int64_t(extent) - 1);
     case 5: return 0;
     default: return extent > 0 ? static_cast<int>(r.u32() % static_cast<std::uint32_t>(extent)) : r.anyInt();
   }
@@ -107,6 +107,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const int step = pickStep(r, rowBytes(roi, pb), m.elem);
   const vnxiPoint a{pickCoord(r, roi.width), pickCoord(r, roi.height)};
   const vnxiPoint b{pickCoord(r, roi.width), pickCoord(r, roi.height)};
+  FZ_CONTEXT("member %d, roi %dx%d, step %d, (%d, %d) to (%d, %d)", static_cast<int>(&m - kMembers), roi.width,
+             roi.height, step, a.x, a.y, b.x, b.y);
   Img src;
   src.make(roi.width, roi.height, pb, step, r.oneIn(3) ? Guard::Before : Guard::After);
   const std::int64_t n = count(a, b);

@@ -23,8 +23,22 @@ namespace fz {
 
 // ---- violations ----------------------------------------------------------------
 
+// What the harness is calling, printed with a violation.
+inline char* context() {
+  static char text[512];
+  return text;
+}
+// FZ_TRACE=1 in the environment prints it before the call as well (for faults a
+// sanitizer reports on its own, when replaying a reproducer).
+#define FZ_CONTEXT(...)                                                      \
+  do {                                                                       \
+    std::snprintf(fz::context(), 512, __VA_ARGS__);                          \
+    if (std::getenv("FZ_TRACE")) std::fprintf(stderr, "%s\n", fz::context()); \
+  } while (0)
+
 [[noreturn]] inline void fail(const char* file, int line, const char* what, long long a, long long b) {
-  std::fprintf(stderr, "\n*** %s:%d: contract violation: %s (%lld vs %lld)\n", file, line, what, a, b);
+  std::fprintf(stderr, "\n*** %s:%d: contract violation: %s (got %lld, expected %lld)\n    in %s\n", file, line,
+               what, a, b, context());
   std::fflush(stderr);
   __builtin_trap();
 }
@@ -196,6 +210,9 @@ struct StepArg {
   std::int64_t rowBytes;
   int elem;  // 1: no multiple-of-size test
 };
+// An operand a member does not have: passes every test.
+constexpr StepArg kAbsent{0, 0, 1};
+
 
 inline vnxStatus expectPtrs(std::initializer_list<const void*> ps) {
   for (const void* p : ps)
