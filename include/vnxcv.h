@@ -826,6 +826,56 @@ VNX_API vnxStatus vnxiSampleLine_32f_C3R(const vnx32f* pSrc, int srcStep, vnxiSi
 
 /* ---- Distance transforms, flood fill and marker labelling (distance, segment)  */
 
+/* Chamfer distance transforms of a binary 8u image: every output pixel gets the
+ * weighted chamfer distance to the nearest source pixel that is 0, by a forward
+ * raster pass (left, up, up-left, up-right; 5x5 also the knight steps above) and a
+ * backward pass (mirrored), neighbours read only inside the ROI. pMetrics holds a
+ * (orthogonal step), b (diagonal step) and, for 5x5, c (knight step). Far values:
+ * 255 (8u), 65535 (16u), 3.4028235e38 (32f); a ROI without zeros is far everywhere.
+ * Checks: pointers (-8), ROI (-6), source and destination steps against their row
+ * bytes (-14), destination step a multiple of its element (-108), then a weight
+ * that is not positive (-56); a float weight that is NaN is not positive.
+ * Choices:
+ * - Integer weights are clamped to the far value and every sum is clamped before it
+ *   is compared. Float sums are rounded once each in pass order and compared with
+ *   values no larger than 3.4028235e38, so an infinite weight or sum never wins and
+ *   the far value stays finite.
+ * - 3x3 integer weights with b >= 2a run the orthogonal neighbours only (the same
+ *   distances). The 32f members and the 5x5 masks always run the whole mask: with
+ *   rounded float sums a diagonal step can win by a rounding even when b >= 2a.
+ * - The backward pass takes the minimum with every anti-causal term; a pixel already
+ *   no larger than the smallest weight stays as it is either way.
+ * - In place (C1IR), 0 marks the features for the whole call: a non-feature's
+ *   distance is at least 1.
+ * - Parallel form: with 2 or more threads, width >= 65, height >= 64 and (integer
+ *   weights) a <= b, each pass runs in bands of rows, each band starting as if its
+ *   edge were the ROI's; the seams are then joined in pass order by recomputing the
+ *   band's rows from the finished rows beyond the seam until `radius` consecutive
+ *   rows (1 for 3x3, 2 for 5x5) come out unchanged. Every thread count gives the
+ *   serial bits. It needs one scratch row (-9 if the allocation fails, nothing
+ *   written). */
+VNX_API vnxStatus vnxiGetDistanceTransformMask_32s(int kerSize, int norm, vnx32s* pMetrics) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiGetDistanceTransformMask_32f(int kerSize, int norm, vnx32f* pMetrics) VNX_NOEXCEPT;
+/* maskType = kerSize * 10 + norm (30, 31, 32, 50, 51, 52), checked as kerSize first
+ * (-6 unless 3 or 5), then norm (-5 unless 0..2), C division and remainder. */
+VNX_API vnxStatus vnxiGetDistanceTransformMask(int maskType, vnx32f* pMetrics) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiDistanceTransform_3x3_8u_C1R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep,
+                                                   vnxiSize roiSize, const vnx32s* pMetrics) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiDistanceTransform_5x5_8u_C1R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep,
+                                                   vnxiSize roiSize, const vnx32s* pMetrics) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiDistanceTransform_3x3_8u16u_C1R(const vnx8u* pSrc, int srcStep, vnx16u* pDst, int dstStep,
+                                                      vnxiSize roiSize, const vnx32s* pMetrics) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiDistanceTransform_5x5_8u16u_C1R(const vnx8u* pSrc, int srcStep, vnx16u* pDst, int dstStep,
+                                                      vnxiSize roiSize, const vnx32s* pMetrics) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiDistanceTransform_3x3_8u32f_C1R(const vnx8u* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                                      vnxiSize roiSize, const vnx32f* pMetrics) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiDistanceTransform_5x5_8u32f_C1R(const vnx8u* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                                      vnxiSize roiSize, const vnx32f* pMetrics) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiDistanceTransform_3x3_8u_C1IR(vnx8u* pSrcDst, int srcDstStep, vnxiSize roiSize,
+                                                    const vnx32s* pMetrics) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiDistanceTransform_5x5_8u_C1IR(vnx8u* pSrcDst, int srcDstStep, vnxiSize roiSize,
+                                                    const vnx32s* pMetrics) VNX_NOEXCEPT;
+
 /* ---- Integral images and Haar classifiers (detect) --------------------------- */
 
 /* ---- Status texts (runtime) --------------------------------------------------- */
