@@ -22,14 +22,34 @@ std::vector<vnx8u> features() {
   return v;
 }
 
+// A large region of zeros with one obstacle pixel in 50; a ramp with noise for the
+// range fills; markers with one pixel in three set.
+std::vector<vnx8u> plane(int kind) {
+  std::mt19937 rng(11 + kind);
+  std::vector<vnx8u> v(kPixels);
+  for (std::int64_t i = 0; i < kPixels; ++i) {
+    const int x = int(i % kWidth), y = int(i / kWidth);
+    v[i] = kind == 0 ? (rng() % 50 == 0 ? 255 : 0) : kind == 1 ? vnx8u((x / 8 + y / 8 + rng() % 3) % 64) : (rng() % 3 == 0);
+  }
+  return v;
+}
+
 struct Planes {
   std::vector<vnx8u> src = features();
   std::vector<vnx32f> d32 = std::vector<vnx32f>(kPixels);
+  std::vector<vnx8u> region = plane(0), ramp = plane(1), markers = plane(2), work = std::vector<vnx8u>(kPixels);
+  std::vector<vnx8u> buf = std::vector<vnx8u>(std::size_t(kPixels) * 8 + 64);
+  std::vector<int> labels = std::vector<int>(kPixels);
 } f;
+
+// Every iteration starts again from the same image, for both libraries.
+void restore(const std::vector<vnx8u>& from) { std::memcpy(f.work.data(), from.data(), std::size_t(kPixels)); }
+const vnxiPoint kSeed{kWidth / 2, kHeight / 2};
 
 #ifdef VNX_HAVE_OPENCV
 cv::Mat m8(std::vector<vnx8u>& v) { return cv::Mat(kHeight, kWidth, CV_8UC1, v.data()); }
 cv::Mat m32(std::vector<vnx32f>& v) { return cv::Mat(kHeight, kWidth, CV_32FC1, v.data()); }
+cv::Mat work() { return cv::Mat(kHeight, kWidth, CV_8UC1, f.work.data()); }
 #define VB_CV(expr) [] { expr; }
 #else
 #define VB_CV(expr) [] {}
@@ -47,6 +67,51 @@ const bool registered[] = {
         "DistanceTransform5x5_L2_8u32f", 5 * kPixels,
         [] { vnxiDistanceTransform_5x5_8u32f_C1R(f.src.data(), kWidth, f.d32.data(), 4 * kWidth, kRoi, kL2_5x5); },
         VB_CV(cv::Mat d = m32(f.d32); cv::distanceTransform(m8(f.src), d, cv::DIST_L2, cv::DIST_MASK_5, CV_32F))),
+    registerPair(
+        "FloodFill4Con_8u_plain", kPixels,
+        [] {
+          restore(f.region);
+          vnxiFillRegion r;
+          vnxiFloodFill_4Con_8u_C1IR(f.work.data(), kWidth, kRoi, kSeed, 7, &r, f.buf.data());
+        },
+        VB_CV(restore(f.region); cv::Mat w = work(); cv::floodFill(w, cv::Point(kSeed.x, kSeed.y), 7, nullptr,
+                                                                   cv::Scalar(), cv::Scalar(), 4))),
+    registerPair(
+        "FloodFill8Con_8u_plain", kPixels,
+        [] {
+          restore(f.region);
+          vnxiFillRegion r;
+          vnxiFloodFill_8Con_8u_C1IR(f.work.data(), kWidth, kRoi, kSeed, 7, &r, f.buf.data());
+        },
+        VB_CV(restore(f.region); cv::Mat w = work(); cv::floodFill(w, cv::Point(kSeed.x, kSeed.y), 7, nullptr,
+                                                                   cv::Scalar(), cv::Scalar(), 8))),
+    registerPair(
+        "FloodFillRange4Con_8u", kPixels,
+        [] {
+          restore(f.ramp);
+          vnxiFillRegion r;
+          vnxiFloodFill_Range4Con_8u_C1IR(f.work.data(), kWidth, kRoi, kSeed, 200, 40, 40, &r, f.buf.data());
+        },
+        VB_CV(restore(f.ramp); cv::Mat w = work();
+              cv::floodFill(w, cv::Point(kSeed.x, kSeed.y), 200, nullptr, 40, 40, 4 | cv::FLOODFILL_FIXED_RANGE))),
+    registerPair(
+        "FloodFillRange8Con_8u", kPixels,
+        [] {
+          restore(f.ramp);
+          vnxiFillRegion r;
+          vnxiFloodFill_Range8Con_8u_C1IR(f.work.data(), kWidth, kRoi, kSeed, 200, 40, 40, &r, f.buf.data());
+        },
+        VB_CV(restore(f.ramp); cv::Mat w = work();
+              cv::floodFill(w, cv::Point(kSeed.x, kSeed.y), 200, nullptr, 40, 40, 8 | cv::FLOODFILL_FIXED_RANGE))),
+    registerPair(
+        "LabelMarkers8Con_vs_connectedComponents", kPixels,
+        [] {
+          restore(f.markers);
+          int n = 0;
+          vnxiLabelMarkers_8u_C1IR(f.work.data(), kWidth, kRoi, 1, 254, 0, &n, f.buf.data());
+        },
+        VB_CV(restore(f.markers); cv::Mat l(kHeight, kWidth, CV_32S, f.labels.data());
+              cv::connectedComponents(work(), l, 8, CV_32S))),
 };
 
 }  // namespace
