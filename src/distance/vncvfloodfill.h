@@ -96,13 +96,13 @@ std::int64_t ownFloodFillMapBytes(vnxiSize roi, ownFillRule rule);
 // then 32f deltas below zero or NaN.
 template <class T>
 inline vnxStatus ownCheckFloodFill(std::initializer_list<const void*> ptrs, int step, vnxiSize roi, vnxiPoint seed,
-                                   const T* deltas, int nDeltas) {
+                                   const T* minDelta, const T* maxDelta, int nDeltas) {
   if (vnxStatus st = ownCheckPtrs(ptrs)) return st;
   if (vnxStatus st = ownCheckRoi(roi)) return st;
   if (vnxStatus st = ownCheckSteps({ownImg<T>(step, roi.width)})) return st;
   if (seed.x < 0 || seed.x >= roi.width || seed.y < 0 || seed.y >= roi.height) return vnxStatusOutOfRange;
   for (int i = 0; i < nDeltas; ++i)
-    if (!(deltas[i] >= T(0))) return vnxStatusOutOfRange;
+    if (!(minDelta[i] >= T(0)) || !(maxDelta[i] >= T(0))) return vnxStatusOutOfRange;
   return vnxStatusOk;
 }
 

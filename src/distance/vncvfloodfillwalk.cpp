@@ -309,7 +309,7 @@ vnxStatus ownFloodFill(T* image, int step, vnxiSize roi, vnxiPoint seed, const T
   const bool plain = R == ownFillRule::Plain;  // no delta pointers to test
   if (vnxStatus st =
           ownCheckFloodFill<T>({image, region, buffer, newVal, plain ? image : minDelta, plain ? image : maxDelta},
-                               step, roi, seed, minDelta, plain ? 0 : C))
+                               step, roi, seed, minDelta, maxDelta, plain ? 0 : C))
     return st;
   const T* s = ownRow(image, step, seed.y) + static_cast<std::ptrdiff_t>(seed.x) * C;
   bool same = true;

@@ -269,6 +269,10 @@ TEST(FloodFill, StatusesInCheckOrder) {
     }
     img.fill([](int, int, int) { return 1; });
   }
+  vnx32f one[1] = {1};
+  EXPECT_EQ(vnxStatusOutOfRange, vnxiFloodFill_Range8Con_32f_C1IR(one, 4, {1, 1}, {0, 0}, 2, 0, -0.5f, &r, buf.data()));
+  EXPECT_EQ(vnxStatusOutOfRange, vnxiFloodFill_Grad4Con_32f_C1IR(one, 4, {1, 1}, {0, 0}, 2, NAN, 1, &r, buf.data()));
+  EXPECT_EQ(1.0f, one[0]);
   int size = 7;
   EXPECT_EQ(vnxStatusNullPtr, vnxiFloodFillGetSize({0, 0}, nullptr));
   EXPECT_EQ(vnxStatusBadSize, vnxiFloodFillGetSize({0, 5}, &size));
