@@ -34,6 +34,9 @@ enum class ownFillConn { Four, Eight };
 // Bytes of the work buffer for a ROI, in 64 bits (vnxStatusBadSize above an int).
 std::int64_t ownFloodFillBytes(vnxiSize roi, ownFillRule rule);
 
+// First x in [x, end) of a byte row equal to v, else end (16-byte compares).
+int ownFindByte8u(const vnx8u* row, int x, int end, vnx8u v);
+
 struct ownFillEntry {
   int y, xl, xr, pl, pr, d;
 };
@@ -41,7 +44,7 @@ struct ownFillEntry {
 // Per-call constants of the membership test.
 template <class T, int C>
 struct ownFillColours {
-  T seed[C], lo[C], hi[C];       // Range: lo <= p <= hi
+  T seed[C], lo[C], hi[C];       // plain and Range: lo <= p <= hi (plain: lo = hi = seed)
   T minDelta[C], maxDelta[C];    // Grad: q - minDelta <= p <= q + maxDelta
   T fill[C];                     // the new value
 };
@@ -82,6 +85,10 @@ class ownFloodFiller {
   ownFillEntry* stack_;
   std::int64_t cap_, top_ = 0;
   bool dropped_ = false;
+  // Plain and Range fills whose new value fails the test need no map lookups: a
+  // painted pixel fails by its value. 8u one-channel rows then scan 16 bytes a step.
+  bool paintedFails_ = false;
+  static constexpr bool kByteRows = C == 1 && sizeof(T) == 1 && R != ownFillRule::Grad;
   ownFillColours<T, C> c_;
   double area_ = 0;
   int minX_, maxX_, minY_, maxY_;

@@ -14,33 +14,40 @@ inline vnx8u* ownAlign8(vnx8u* p) {
   return reinterpret_cast<vnx8u*>((reinterpret_cast<std::uintptr_t>(p) + 7) & ~std::uintptr_t(7));
 }
 
-// First x in [x, end) whose byte differs from (Equal: equals) v, else end.
-template <bool Equal>
-inline int ownFindRight8u(const vnx8u* row, int x, int end, vnx8u v) {
-  const __m128i vv = _mm_set1_epi8(static_cast<char>(v));
+// Lanes of 16 bytes inside [lo, hi]: both saturating differences zero.
+inline int ownInRangeMask(__m128i v, __m128i lo, __m128i hi) {
+  const __m128i z = _mm_setzero_si128();
+  return _mm_movemask_epi8(_mm_and_si128(_mm_cmpeq_epi8(_mm_subs_epu8(v, hi), z), _mm_cmpeq_epi8(_mm_subs_epu8(lo, v), z)));
+}
+
+// First x in [x, end) whose byte is (In) or is not (!In) inside [lo, hi], else end.
+template <bool In>
+inline int ownFindRight8u(const vnx8u* row, int x, int end, vnx8u lo, vnx8u hi) {
+  const __m128i vl = _mm_set1_epi8(static_cast<char>(lo)), vh = _mm_set1_epi8(static_cast<char>(hi));
   for (; x + 16 <= end; x += 16) {
-    int m = _mm_movemask_epi8(_mm_cmpeq_epi8(ownLoad(row + x), vv));
-    if (!Equal) m ^= 0xFFFF;
+    const int m = ownInRangeMask(ownLoad(row + x), vl, vh) ^ (In ? 0 : 0xFFFF);
     if (m) return x + __builtin_ctz(static_cast<unsigned>(m));
   }
   for (; x < end; ++x)
-    if ((row[x] == v) == Equal) return x;
+    if ((lo <= row[x] && row[x] <= hi) == In) return x;
   return end;
 }
 
-// Last x in [begin, x] whose byte differs from v, else begin - 1.
-inline int ownFindLeftNe8u(const vnx8u* row, int x, int begin, vnx8u v) {
-  const __m128i vv = _mm_set1_epi8(static_cast<char>(v));
+// Last x in [begin, x] whose byte is outside [lo, hi], else begin - 1.
+inline int ownFindLeftOut8u(const vnx8u* row, int x, int begin, vnx8u lo, vnx8u hi) {
+  const __m128i vl = _mm_set1_epi8(static_cast<char>(lo)), vh = _mm_set1_epi8(static_cast<char>(hi));
   for (; x - 15 >= begin; x -= 16) {
-    const int m = _mm_movemask_epi8(_mm_cmpeq_epi8(ownLoad(row + x - 15), vv)) ^ 0xFFFF;
+    const int m = ownInRangeMask(ownLoad(row + x - 15), vl, vh) ^ 0xFFFF;
     if (m) return x - 15 + (31 - __builtin_clz(static_cast<unsigned>(m)));
   }
   for (; x >= begin; --x)
-    if (row[x] != v) return x;
+    if (!(lo <= row[x] && row[x] <= hi)) return x;
   return begin - 1;
 }
 
 }  // namespace
+
+int ownFindByte8u(const vnx8u* row, int x, int end, vnx8u v) { return ownFindRight8u<true>(row, x, end, v, v); }
 
 std::int64_t ownFloodFillMapBytes(vnxiSize roi, ownFillRule rule) {
   const std::int64_t w = roi.width, h = roi.height;
@@ -68,6 +75,7 @@ ownFloodFiller<T, C, R, K>::ownFloodFiller(T* image, int step, vnxiSize roi, vnx
   const std::int64_t used = slack + (reinterpret_cast<vnx8u*>(stack_) - base);
   const std::int64_t left = ownFloodFillBytes(roi, R) - used;
   cap_ = left > 0 ? left / kOwnEntryBytes : 0;
+  paintedFails_ = R != ownFillRule::Grad && !intrinsic(c_.fill);
 }
 
 template <class T, int C, ownFillRule R, ownFillConn K>
@@ -115,13 +123,8 @@ void ownFloodFiller<T, C, R, K>::take(int y, int l, int r) {
 
 template <class T, int C, ownFillRule R, ownFillConn K>
 bool ownFloodFiller<T, C, R, K>::intrinsic(const T* p) const {
-  for (int k = 0; k < C; ++k) {
-    if constexpr (R == ownFillRule::Plain) {
-      if (!(p[k] == c_.seed[k])) return false;
-    } else {
-      if (!(c_.lo[k] <= p[k] && p[k] <= c_.hi[k])) return false;
-    }
-  }
+  for (int k = 0; k < C; ++k)
+    if (!(c_.lo[k] <= p[k] && p[k] <= c_.hi[k])) return false;  // plain: lo = hi = the seed's colour
   return true;
 }
 
@@ -152,16 +155,16 @@ bool ownFloodFiller<T, C, R, K>::passesFromRow(int x, int y, int qy, int ql, int
     return false;
   } else {
     (void)qy, (void)ql, (void)qr;
-    if (R == ownFillRule::Range && taken(x, y)) return false;  // a painted plain pixel fails by value
+    if (!paintedFails_ && taken(x, y)) return false;
     return intrinsic(px(x, y));
   }
 }
 
 template <class T, int C, ownFillRule R, ownFillConn K>
 bool ownFloodFiller<T, C, R, K>::passesFromNeighbour(int x, int y, int nx, int ny) const {
-  if (taken(x, y)) return false;
-  if constexpr (R == ownFillRule::Grad) return gradPasses(px(nx, ny), px(x, y));
+  if constexpr (R == ownFillRule::Grad) return !taken(x, y) && gradPasses(px(nx, ny), px(x, y));
   (void)nx, (void)ny;
+  if (!paintedFails_ && taken(x, y)) return false;
   return intrinsic(px(x, y));
 }
 
@@ -169,10 +172,11 @@ bool ownFloodFiller<T, C, R, K>::passesFromNeighbour(int x, int y, int nx, int n
 // pixel passes against the one before it.
 template <class T, int C, ownFillRule R, ownFillConn K>
 void ownFloodFiller<T, C, R, K>::extend(int y, int x, int* l, int* r) const {
-  if constexpr (R == ownFillRule::Plain && C == 1 && sizeof(T) == 1) {
-    const vnx8u* rw = row(y);
-    *l = ownFindLeftNe8u(rw, x, 0, c_.seed[0]) + 1;
-    *r = ownFindRight8u<false>(rw, x, w_, c_.seed[0]) - 1;
+  if (kByteRows && paintedFails_) {
+    const vnx8u* rw = reinterpret_cast<const vnx8u*>(row(y));
+    const vnx8u lo = static_cast<vnx8u>(c_.lo[0]), hi = static_cast<vnx8u>(c_.hi[0]);
+    *l = ownFindLeftOut8u(rw, x, 0, lo, hi) + 1;
+    *r = ownFindRight8u<false>(rw, x, w_, lo, hi) - 1;
   } else {
     int a = x, b = x;
     while (a > 0 && passesFromNeighbour(a - 1, y, a, y)) --a;
@@ -197,8 +201,9 @@ template <class T, int C, ownFillRule R, ownFillConn K>
 void ownFloodFiller<T, C, R, K>::search(int y, int a, int b, int qy, int ql, int qr, int d) {
   int x = a;
   while (x <= b) {
-    if constexpr (R == ownFillRule::Plain && C == 1 && sizeof(T) == 1) {
-      x = ownFindRight8u<true>(row(y), x, b + 1, c_.seed[0]);
+    if (kByteRows && paintedFails_) {
+      x = ownFindRight8u<true>(reinterpret_cast<const vnx8u*>(row(y)), x, b + 1, static_cast<vnx8u>(c_.lo[0]),
+                               static_cast<vnx8u>(c_.hi[0]));
       if (x > b) break;
     } else if (!passesFromRow(x, y, qy, ql, qr)) {
       ++x;
@@ -323,7 +328,9 @@ vnxStatus ownFloodFill(T* image, int step, vnxiSize roi, vnxiPoint seed, const T
       c.minDelta[k] = minDelta[k];
       c.maxDelta[k] = maxDelta[k];
     }
-    if constexpr (R == ownFillRule::Range) {
+    if constexpr (R == ownFillRule::Plain) {
+      c.lo[k] = c.hi[k] = s[k];
+    } else if constexpr (R == ownFillRule::Range) {
       if constexpr (sizeof(T) == 1) {  // clamped to 0 .. 255
         const int lo = s[k] - minDelta[k], hi = s[k] + maxDelta[k];
         c.lo[k] = static_cast<T>(lo < 0 ? 0 : lo);

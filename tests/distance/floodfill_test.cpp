@@ -148,13 +148,14 @@ void paint(vt::Image<T>& img, Pattern p, unsigned seed) {
 }
 
 template <class T>
-void checkFill(const FillMember<T>& mb, vnxiSize roi, Pattern p, vnxiPoint seed, int bufOffset, vt::Guard g) {
+void checkFill(const FillMember<T>& mb, vnxiSize roi, Pattern p, vnxiPoint seed, int bufOffset, vt::Guard g,
+               T newBase = T(99)) {
   SCOPED_TRACE(mb.name + " " + std::to_string(roi.width) + "x" + std::to_string(roi.height) + " pattern " +
                std::to_string(int(p)) + " seed " + std::to_string(seed.x) + "," + std::to_string(seed.y));
   const int c = mb.channels;
   vt::Image<T> img(roi.width, roi.height, c, 3 * sizeof(T), g);
   paint(img, p, unsigned(roi.width * 7 + roi.height));
-  const T nv[3] = {T(99), T(98), T(97)};
+  const T nv[3] = {newBase, T(newBase - 1), T(newBase - 2)};
   const T lo[3] = {T(3), T(2), T(4)}, hi[3] = {T(5), T(6), T(2)};
   const std::vector<char> in = bfsRegion(img, seed, mb.rule, mb.eight, lo, hi);
   int size = 0;
@@ -174,8 +175,8 @@ void checkFill(const FillMember<T>& mb, vnxiSize roi, Pattern p, vnxiPoint seed,
   VT_EXPECT_SAME_SAMPLES(want, img.pixels());
   EXPECT_TRUE(img.canaryIntact());
   EXPECT_EQ(area, r.area);
-  EXPECT_EQ(99.0, r.value[0]);
-  EXPECT_EQ(c == 3 ? 98.0 : 0.0, r.value[1]);
+  EXPECT_EQ(double(nv[0]), r.value[0]);
+  EXPECT_EQ(c == 3 ? double(nv[1]) : 0.0, r.value[1]);
   EXPECT_EQ(x0, r.rect.x);
   EXPECT_EQ(y0, r.rect.y);
   EXPECT_EQ(x1 - x0 + 1, r.rect.width);
@@ -208,6 +209,17 @@ TEST(FloodFill, ReportedBufferSizeIsEnoughForAnyContent) {
       for (Pattern p : {Pattern::Checker, Pattern::Comb, Pattern::Bars, Pattern::Noise2})
         for (int off = 0; off < 8; ++off)
           checkFill(mb, roi, p, {roi.width / 2, roi.height / 2}, off, vt::Guard::After);
+}
+
+// A new value inside the range: painted pixels still pass the test, so the fill
+// must know which pixels it took.
+TEST(FloodFill, RangeFillEndsWhenTheNewValueLiesInsideTheRange) {
+  for (const auto& mb : fillMembers<vnx8u>())
+    if (mb.rule == Rule::Range)
+      for (Pattern p : {Pattern::Noise16, Pattern::Noise2, Pattern::Ramp})
+        checkFill(mb, {45, 31}, p, {20, 15}, 3, vt::Guard::After, vnx8u(14));
+  for (const auto& mb : fillMembers<vnx32f>())
+    if (mb.rule == Rule::Range) checkFill(mb, {45, 31}, Pattern::Noise16, {20, 15}, 5, vt::Guard::Before, 14.0f);
 }
 
 TEST(FloodFill, SeedWithTheNewValueReturnsAtOnceAndLeavesTheRecord) {
