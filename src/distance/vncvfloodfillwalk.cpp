@@ -7,6 +7,9 @@
 
 namespace {
 
+// The span steps run a few times a span: inlined into the walk, no call per span.
+#define OWN_FILL_INLINE __attribute__((always_inline)) inline
+
 constexpr std::int64_t kOwnEntryBytes = static_cast<std::int64_t>(sizeof(ownFillEntry));
 static_assert(sizeof(ownFillEntry) == 24, "six 32-bit fields");
 
@@ -84,7 +87,7 @@ void ownFloodFiller<T, C, R, K>::clearMap() {
 }
 
 template <class T, int C, ownFillRule R, ownFillConn K>
-bool ownFloodFiller<T, C, R, K>::taken(int x, int y) const {
+OWN_FILL_INLINE bool ownFloodFiller<T, C, R, K>::taken(int x, int y) const {
   if constexpr (R == ownFillRule::Grad) {
     return map_[(y + 1) * mapStride_ + x + 1] != 0;
   } else {
@@ -94,7 +97,7 @@ bool ownFloodFiller<T, C, R, K>::taken(int x, int y) const {
 }
 
 template <class T, int C, ownFillRule R, ownFillConn K>
-void ownFloodFiller<T, C, R, K>::take(int y, int l, int r) {
+OWN_FILL_INLINE void ownFloodFiller<T, C, R, K>::take(int y, int l, int r) {
   if constexpr (R == ownFillRule::Grad) {
     std::memset(map_ + (y + 1) * mapStride_ + l + 1, 1, static_cast<std::size_t>(r - l + 1));
   } else {
@@ -122,7 +125,7 @@ void ownFloodFiller<T, C, R, K>::take(int y, int l, int r) {
 }
 
 template <class T, int C, ownFillRule R, ownFillConn K>
-bool ownFloodFiller<T, C, R, K>::intrinsic(const T* p) const {
+OWN_FILL_INLINE bool ownFloodFiller<T, C, R, K>::intrinsic(const T* p) const {
   for (int k = 0; k < C; ++k)
     if (!(c_.lo[k] <= p[k] && p[k] <= c_.hi[k])) return false;  // plain: lo = hi = the seed's colour
   return true;
@@ -131,7 +134,7 @@ bool ownFloodFiller<T, C, R, K>::intrinsic(const T* p) const {
 // 8u: p + minDelta - q, unsigned, not above minDelta + maxDelta; 32f: the two
 // bounds.
 template <class T, int C, ownFillRule R, ownFillConn K>
-bool ownFloodFiller<T, C, R, K>::gradPasses(const T* q, const T* p) const {
+OWN_FILL_INLINE bool ownFloodFiller<T, C, R, K>::gradPasses(const T* q, const T* p) const {
   for (int k = 0; k < C; ++k) {
     if constexpr (sizeof(T) == 1) {
       const unsigned v = static_cast<unsigned>(p[k]) + c_.minDelta[k] - q[k];
@@ -144,7 +147,7 @@ bool ownFloodFiller<T, C, R, K>::gradPasses(const T* q, const T* p) const {
 }
 
 template <class T, int C, ownFillRule R, ownFillConn K>
-bool ownFloodFiller<T, C, R, K>::passesFromRow(int x, int y, int qy, int ql, int qr) const {
+OWN_FILL_INLINE bool ownFloodFiller<T, C, R, K>::passesFromRow(int x, int y, int qy, int ql, int qr) const {
   if constexpr (R == ownFillRule::Grad) {
     if (taken(x, y)) return false;
     const T* p = px(x, y);
@@ -161,7 +164,7 @@ bool ownFloodFiller<T, C, R, K>::passesFromRow(int x, int y, int qy, int ql, int
 }
 
 template <class T, int C, ownFillRule R, ownFillConn K>
-bool ownFloodFiller<T, C, R, K>::passesFromNeighbour(int x, int y, int nx, int ny) const {
+OWN_FILL_INLINE bool ownFloodFiller<T, C, R, K>::passesFromNeighbour(int x, int y, int nx, int ny) const {
   if constexpr (R == ownFillRule::Grad) return !taken(x, y) && gradPasses(px(nx, ny), px(x, y));
   (void)nx, (void)ny;
   if (!paintedFails_ && taken(x, y)) return false;
@@ -171,7 +174,7 @@ bool ownFloodFiller<T, C, R, K>::passesFromNeighbour(int x, int y, int nx, int n
 // The span of row y through the passing pixel x: left and right while the next
 // pixel passes against the one before it.
 template <class T, int C, ownFillRule R, ownFillConn K>
-void ownFloodFiller<T, C, R, K>::extend(int y, int x, int* l, int* r) const {
+OWN_FILL_INLINE void ownFloodFiller<T, C, R, K>::extend(int y, int x, int* l, int* r) const {
   if (kByteRows && paintedFails_) {
     const vnx8u* rw = reinterpret_cast<const vnx8u*>(row(y));
     const vnx8u lo = static_cast<vnx8u>(c_.lo[0]), hi = static_cast<vnx8u>(c_.hi[0]);
@@ -187,7 +190,7 @@ void ownFloodFiller<T, C, R, K>::extend(int y, int x, int* l, int* r) const {
 }
 
 template <class T, int C, ownFillRule R, ownFillConn K>
-void ownFloodFiller<T, C, R, K>::push(const ownFillEntry& e) {
+OWN_FILL_INLINE void ownFloodFiller<T, C, R, K>::push(const ownFillEntry& e) {
   if (top_ < cap_) {
     stack_[top_++] = e;
   } else {
@@ -198,7 +201,7 @@ void ownFloodFiller<T, C, R, K>::push(const ownFillEntry& e) {
 // Searches row y over columns a .. b for spans touching the span [ql, qr] of
 // row qy; each is taken and pushed with direction d.
 template <class T, int C, ownFillRule R, ownFillConn K>
-void ownFloodFiller<T, C, R, K>::search(int y, int a, int b, int qy, int ql, int qr, int d) {
+OWN_FILL_INLINE void ownFloodFiller<T, C, R, K>::search(int y, int a, int b, int qy, int ql, int qr, int d) {
   int x = a;
   while (x <= b) {
     if (kByteRows && paintedFails_) {
