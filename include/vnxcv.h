@@ -836,6 +836,184 @@ VNX_API vnxStatus vnxiSampleLine_32f_C3R(const vnx32f* pSrc, int srcStep, vnxiSi
 
 /* ---- Distance transforms, flood fill and marker labelling (distance, segment)  */
 
+/* Chamfer distance transforms of a binary 8u image: every output pixel gets the
+ * weighted chamfer distance to the nearest source pixel that is 0, by a forward
+ * raster pass (left, up, up-left, up-right; 5x5 also the knight steps above) and a
+ * backward pass (mirrored), neighbours read only inside the ROI. pMetrics holds a
+ * (orthogonal step), b (diagonal step) and, for 5x5, c (knight step). Far values:
+ * 255 (8u), 65535 (16u), 3.4028235e38 (32f); a ROI without zeros is far everywhere.
+ * Checks: pointers (-8), ROI (-6), source and destination steps against their row
+ * bytes (-14), destination step a multiple of its element (-108), then a weight
+ * that is not positive (-56); a float weight that is NaN is not positive.
+ * Choices:
+ * - Integer weights are clamped to the far value and every sum is clamped before it
+ *   is compared. Float sums are rounded once each in pass order and compared with
+ *   values no larger than 3.4028235e38, so an infinite weight or sum never wins and
+ *   the far value stays finite.
+ * - 3x3 integer weights with b >= 2a run the orthogonal neighbours only (the same
+ *   distances). The 32f members and the 5x5 masks always run the whole mask: with
+ *   rounded float sums a diagonal step can win by a rounding even when b >= 2a.
+ * - The backward pass takes the minimum with every anti-causal term; a pixel already
+ *   no larger than the smallest weight stays as it is either way.
+ * - In place (C1IR), 0 marks the features for the whole call: a non-feature's
+ *   distance is at least 1.
+ * - Parallel form: with 2 or more threads, width >= 65, height >= 64 and (integer
+ *   weights) a <= b, each pass runs in bands of rows, each band starting as if its
+ *   edge were the ROI's; the seams are then joined in pass order by recomputing the
+ *   band's rows from the finished rows beyond the seam until `radius` consecutive
+ *   rows (1 for 3x3, 2 for 5x5) come out unchanged. Every thread count gives the
+ *   serial bits. It needs one scratch row (-9 if the allocation fails, nothing
+ *   written). */
+VNX_API vnxStatus vnxiGetDistanceTransformMask_32s(int kerSize, int norm, vnx32s* pMetrics) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiGetDistanceTransformMask_32f(int kerSize, int norm, vnx32f* pMetrics) VNX_NOEXCEPT;
+/* maskType = kerSize * 10 + norm (30, 31, 32, 50, 51, 52), checked as kerSize first
+ * (-6 unless 3 or 5), then norm (-5 unless 0..2), C division and remainder. */
+VNX_API vnxStatus vnxiGetDistanceTransformMask(int maskType, vnx32f* pMetrics) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiDistanceTransform_3x3_8u_C1R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep,
+                                                   vnxiSize roiSize, const vnx32s* pMetrics) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiDistanceTransform_5x5_8u_C1R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep,
+                                                   vnxiSize roiSize, const vnx32s* pMetrics) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiDistanceTransform_3x3_8u16u_C1R(const vnx8u* pSrc, int srcStep, vnx16u* pDst, int dstStep,
+                                                      vnxiSize roiSize, const vnx32s* pMetrics) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiDistanceTransform_5x5_8u16u_C1R(const vnx8u* pSrc, int srcStep, vnx16u* pDst, int dstStep,
+                                                      vnxiSize roiSize, const vnx32s* pMetrics) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiDistanceTransform_3x3_8u32f_C1R(const vnx8u* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                                      vnxiSize roiSize, const vnx32f* pMetrics) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiDistanceTransform_5x5_8u32f_C1R(const vnx8u* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                                      vnxiSize roiSize, const vnx32f* pMetrics) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiDistanceTransform_3x3_8u_C1IR(vnx8u* pSrcDst, int srcDstStep, vnxiSize roiSize,
+                                                    const vnx32s* pMetrics) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiDistanceTransform_5x5_8u_C1IR(vnx8u* pSrcDst, int srcDstStep, vnxiSize roiSize,
+                                                    const vnx32s* pMetrics) VNX_NOEXCEPT;
+
+
+/* Flood fill, in place, of the connected region holding the seed (4- or 8-connected).
+ * Plain: every channel equal to the seed's colour before the fill; Range: every
+ * channel within [seed - minDelta, seed + maxDelta] (8u: clamped to 0..255; 32f: not
+ * clamped); Grad: every channel within [q - minDelta, q + maxDelta] of a neighbour q
+ * already in the region, pre-fill values throughout. One-channel members take the
+ * value and deltas by value, three-channel members by pointers to three values.
+ * pRegion receives the area, the new value (value[1], value[2] are 0 for one
+ * channel) and the bounding box. pBuffer holds vnxiFloodFillGetSize (Grad:
+ * vnxiFloodFillGetSize_Grad) bytes for the ROI, from any address.
+ * Checks: pImage, pRegion, pBuffer, and the value and delta pointers of the C3
+ * members (-8); ROI (-6); imageStep below width x element size, the same bound for
+ * C3 (-14); a 32f step not a multiple of 4 (-108); the seed outside the ROI (-11);
+ * a 32f delta below zero or NaN (-11).
+ * A seed whose colour already equals the new value (every channel) returns
+ * vnxStatusOk at once: nothing painted, pRegion not written.
+ * Choices:
+ * - The walk is a scan-line segment stack (row, left, right, parent left, parent
+ *   right, direction; last in, first out), started with the direction pointing up,
+ *   or down when the seed is on the last row.
+ * - Taken pixels are marked in the buffer (one bit a pixel for plain and Range, the
+ *   (width + 2) x (height + 2) byte map for Grad, border bytes 0 and never read), so
+ *   a Range fill whose new value lies inside its range still ends. The seed is
+ *   always painted, even a NaN seed (which equals nothing, itself included).
+ * - 32f colours compare as values: -0 equals +0, NaN equals nothing and is in no
+ *   range.
+ * - A Grad candidate of a searched row passes when it passes against any pixel of
+ *   the span that touches it (the one above or below; with 8-connectivity also the
+ *   diagonal ones); pixels along a row are tested against the pixel beside them. The
+ *   region is therefore the set of pixels reached from the seed through neighbour
+ *   pairs that pass, whatever the order; the Grad rule paints after the walk.
+ * - The reported size is enough for any content: entries that would not fit are
+ *   not pushed, and a rescan of the box around the region resumes the walk from
+ *   every untaken pixel that passes against a taken neighbour, until nothing is
+ *   left. The region is the same; the buffer is never written past the size. */
+typedef struct {
+  vnx64f area;     /* pixels painted */
+  vnx64f value[3]; /* the new value */
+  vnxiRect rect;   /* bounding box of the painted pixels */
+} vnxiFillRegion;
+/* Work buffer bytes: (24 x height x width) / 4 + 32 in 64 bits; Grad adds
+ * (width + 2) x (height + 2). -8, -6, and -6 when the size does not fit an int. */
+VNX_API vnxStatus vnxiFloodFillGetSize(vnxiSize roiSize, int* pBufSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFloodFillGetSize_Grad(vnxiSize roiSize, int* pBufSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFloodFill_4Con_8u_C1IR(vnx8u* pImage, int imageStep, vnxiSize roiSize, vnxiPoint seed,
+                                             vnx8u newVal, vnxiFillRegion* pRegion, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFloodFill_4Con_8u_C3IR(vnx8u* pImage, int imageStep, vnxiSize roiSize, vnxiPoint seed,
+                                             const vnx8u* pNewVal, vnxiFillRegion* pRegion,
+                                             vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFloodFill_4Con_32f_C1IR(vnx32f* pImage, int imageStep, vnxiSize roiSize, vnxiPoint seed,
+                                              vnx32f newVal, vnxiFillRegion* pRegion, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFloodFill_4Con_32f_C3IR(vnx32f* pImage, int imageStep, vnxiSize roiSize, vnxiPoint seed,
+                                              const vnx32f* pNewVal, vnxiFillRegion* pRegion,
+                                              vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFloodFill_8Con_8u_C1IR(vnx8u* pImage, int imageStep, vnxiSize roiSize, vnxiPoint seed,
+                                             vnx8u newVal, vnxiFillRegion* pRegion, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFloodFill_8Con_8u_C3IR(vnx8u* pImage, int imageStep, vnxiSize roiSize, vnxiPoint seed,
+                                             const vnx8u* pNewVal, vnxiFillRegion* pRegion,
+                                             vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFloodFill_8Con_32f_C1IR(vnx32f* pImage, int imageStep, vnxiSize roiSize, vnxiPoint seed,
+                                              vnx32f newVal, vnxiFillRegion* pRegion, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFloodFill_8Con_32f_C3IR(vnx32f* pImage, int imageStep, vnxiSize roiSize, vnxiPoint seed,
+                                              const vnx32f* pNewVal, vnxiFillRegion* pRegion,
+                                              vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFloodFill_Range4Con_8u_C1IR(vnx8u* pImage, int imageStep, vnxiSize roiSize, vnxiPoint seed,
+                                                  vnx8u newVal, vnx8u minDelta, vnx8u maxDelta, vnxiFillRegion* pRegion,
+                                                  vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFloodFill_Range4Con_8u_C3IR(vnx8u* pImage, int imageStep, vnxiSize roiSize, vnxiPoint seed,
+                                                  const vnx8u* pNewVal, const vnx8u* pMinDelta, const vnx8u* pMaxDelta,
+                                                  vnxiFillRegion* pRegion, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFloodFill_Range4Con_32f_C1IR(vnx32f* pImage, int imageStep, vnxiSize roiSize, vnxiPoint seed,
+                                                   vnx32f newVal, vnx32f minDelta, vnx32f maxDelta,
+                                                   vnxiFillRegion* pRegion, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFloodFill_Range4Con_32f_C3IR(vnx32f* pImage, int imageStep, vnxiSize roiSize, vnxiPoint seed,
+                                                   const vnx32f* pNewVal, const vnx32f* pMinDelta,
+                                                   const vnx32f* pMaxDelta, vnxiFillRegion* pRegion,
+                                                   vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFloodFill_Range8Con_8u_C1IR(vnx8u* pImage, int imageStep, vnxiSize roiSize, vnxiPoint seed,
+                                                  vnx8u newVal, vnx8u minDelta, vnx8u maxDelta, vnxiFillRegion* pRegion,
+                                                  vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFloodFill_Range8Con_8u_C3IR(vnx8u* pImage, int imageStep, vnxiSize roiSize, vnxiPoint seed,
+                                                  const vnx8u* pNewVal, const vnx8u* pMinDelta, const vnx8u* pMaxDelta,
+                                                  vnxiFillRegion* pRegion, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFloodFill_Range8Con_32f_C1IR(vnx32f* pImage, int imageStep, vnxiSize roiSize, vnxiPoint seed,
+                                                   vnx32f newVal, vnx32f minDelta, vnx32f maxDelta,
+                                                   vnxiFillRegion* pRegion, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFloodFill_Range8Con_32f_C3IR(vnx32f* pImage, int imageStep, vnxiSize roiSize, vnxiPoint seed,
+                                                   const vnx32f* pNewVal, const vnx32f* pMinDelta,
+                                                   const vnx32f* pMaxDelta, vnxiFillRegion* pRegion,
+                                                   vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFloodFill_Grad4Con_8u_C1IR(vnx8u* pImage, int imageStep, vnxiSize roiSize, vnxiPoint seed,
+                                                 vnx8u newVal, vnx8u minDelta, vnx8u maxDelta, vnxiFillRegion* pRegion,
+                                                 vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFloodFill_Grad4Con_8u_C3IR(vnx8u* pImage, int imageStep, vnxiSize roiSize, vnxiPoint seed,
+                                                 const vnx8u* pNewVal, const vnx8u* pMinDelta, const vnx8u* pMaxDelta,
+                                                 vnxiFillRegion* pRegion, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFloodFill_Grad4Con_32f_C1IR(vnx32f* pImage, int imageStep, vnxiSize roiSize, vnxiPoint seed,
+                                                  vnx32f newVal, vnx32f minDelta, vnx32f maxDelta,
+                                                  vnxiFillRegion* pRegion, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFloodFill_Grad4Con_32f_C3IR(vnx32f* pImage, int imageStep, vnxiSize roiSize, vnxiPoint seed,
+                                                  const vnx32f* pNewVal, const vnx32f* pMinDelta,
+                                                  const vnx32f* pMaxDelta, vnxiFillRegion* pRegion,
+                                                  vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFloodFill_Grad8Con_8u_C1IR(vnx8u* pImage, int imageStep, vnxiSize roiSize, vnxiPoint seed,
+                                                 vnx8u newVal, vnx8u minDelta, vnx8u maxDelta, vnxiFillRegion* pRegion,
+                                                 vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFloodFill_Grad8Con_8u_C3IR(vnx8u* pImage, int imageStep, vnxiSize roiSize, vnxiPoint seed,
+                                                 const vnx8u* pNewVal, const vnx8u* pMinDelta, const vnx8u* pMaxDelta,
+                                                 vnxiFillRegion* pRegion, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFloodFill_Grad8Con_32f_C1IR(vnx32f* pImage, int imageStep, vnxiSize roiSize, vnxiPoint seed,
+                                                  vnx32f newVal, vnx32f minDelta, vnx32f maxDelta,
+                                                  vnxiFillRegion* pRegion, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFloodFill_Grad8Con_32f_C3IR(vnx32f* pImage, int imageStep, vnxiSize roiSize, vnxiPoint seed,
+                                                  const vnx32f* pNewVal, const vnx32f* pMinDelta,
+                                                  const vnx32f* pMaxDelta, vnxiFillRegion* pRegion,
+                                                  vnx8u* pBuffer) VNX_NOEXCEPT;
+
+/* Marker labelling, in place: every pixel above 0 becomes 255, then each component
+ * of 255 pixels, in raster order of its first pixel, is filled with the next label
+ * (minLabel, minLabel + 1, ..., maxLabel, then minLabel again) by the plain 8u fill,
+ * 4-connected for norm 1, 8-connected for norm 0. *pNumber counts every component.
+ * Checks: pMarker, pBuffer, pNumber (-8); ROI (-6); markerStep below width (-14);
+ * minLabel < 1, maxLabel >= 255 or minLabel > maxLabel (-5); norm not 0 or 1 (-5).
+ * The buffer size is that of vnxiFloodFillGetSize. */
+VNX_API vnxStatus vnxiLabelMarkersGetBufferSize_8u_C1R(vnxiSize roiSize, int* pBufSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiLabelMarkers_8u_C1IR(vnx8u* pMarker, int markerStep, vnxiSize roiSize, int minLabel,
+                                           int maxLabel, int norm, int* pNumber, vnx8u* pBuffer) VNX_NOEXCEPT;
+
 /* ---- Integral images and Haar classifiers (detect) --------------------------- */
 
 /* ---- Status texts (runtime) --------------------------------------------------- */

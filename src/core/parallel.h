@@ -125,3 +125,13 @@ bool ownFitsCache(vnxiSize roi, int bytesPerPixel) noexcept;
 // everything else), so it is written with non-temporal stores, which also spare
 // the read-for-ownership of every destination line. The results are the same.
 bool ownStreamOutput(std::int64_t bytesTouched) noexcept;
+
+// ---- Distance transforms (distance) ----------------------------------------------
+// The chamfer passes run in bands from two threads on for ROIs at least 65 wide and
+// 64 high (integer weights also need a <= b; the caller tests that). Bands meet at
+// seams that are repaired after each pass, so any band split gives the serial bits.
+constexpr ownBandPolicy kOwnBandsDistance{0, 1, 65, ownCoreTest::Ignore};
+constexpr int kOwnDistanceMinHeight = 64;
+inline int ownDistanceBandCount(vnxiSize roi) noexcept {
+  return roi.height < kOwnDistanceMinHeight ? 1 : ownBandCount(roi, kOwnBandsDistance);
+}

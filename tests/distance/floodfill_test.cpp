@@ -1,0 +1,299 @@
+// Flood fills against a breadth-first region written from the membership rules, on
+// guard-page images and work buffers of exactly the reported size that end right
+// before a protected page; the early return, the record, the check order.
+#include <cmath>
+#include <deque>
+#include <functional>
+#include <string>
+
+#include "support.h"
+
+namespace {
+
+enum class Rule { Plain, Range, Grad };
+
+template <class T>
+using FillFn = std::function<vnxStatus(T*, int, vnxiSize, vnxiPoint, const T*, const T*, const T*, vnxiFillRegion*,
+                                       vnx8u*)>;
+
+template <class T>
+struct FillMember {
+  std::string name;
+  int channels;
+  Rule rule;
+  bool eight;
+  FillFn<T> call;
+};
+
+#define VT_FILL1(name, T, rule, eight)                                                                        \
+  FillMember<T> {                                                                                             \
+    #name, 1, rule, eight, [](T* p, int s, vnxiSize r, vnxiPoint sd, const T* v, const T*, const T*,          \
+                              vnxiFillRegion* g, vnx8u* b) { return name(p, s, r, sd, *v, g, b); }            \
+  }
+#define VT_FILL3(name, T, rule, eight)                                                                        \
+  FillMember<T> {                                                                                             \
+    #name, 3, rule, eight, [](T* p, int s, vnxiSize r, vnxiPoint sd, const T* v, const T*, const T*,          \
+                              vnxiFillRegion* g, vnx8u* b) { return name(p, s, r, sd, v, g, b); }             \
+  }
+#define VT_FILLD1(name, T, rule, eight)                                                                       \
+  FillMember<T> {                                                                                             \
+    #name, 1, rule, eight, [](T* p, int s, vnxiSize r, vnxiPoint sd, const T* v, const T* lo, const T* hi,    \
+                              vnxiFillRegion* g, vnx8u* b) { return name(p, s, r, sd, *v, *lo, *hi, g, b); } \
+  }
+#define VT_FILLD3(name, T, rule, eight)                                                                       \
+  FillMember<T> {                                                                                             \
+    #name, 3, rule, eight, [](T* p, int s, vnxiSize r, vnxiPoint sd, const T* v, const T* lo, const T* hi,    \
+                              vnxiFillRegion* g, vnx8u* b) { return name(p, s, r, sd, v, lo, hi, g, b); }    \
+  }
+
+template <class T>
+std::vector<FillMember<T>> fillMembers();
+template <>
+std::vector<FillMember<vnx8u>> fillMembers() {
+  using R = Rule;
+  return {VT_FILL1(vnxiFloodFill_4Con_8u_C1IR, vnx8u, R::Plain, false),
+          VT_FILL1(vnxiFloodFill_8Con_8u_C1IR, vnx8u, R::Plain, true),
+          VT_FILL3(vnxiFloodFill_4Con_8u_C3IR, vnx8u, R::Plain, false),
+          VT_FILL3(vnxiFloodFill_8Con_8u_C3IR, vnx8u, R::Plain, true),
+          VT_FILLD1(vnxiFloodFill_Range4Con_8u_C1IR, vnx8u, R::Range, false),
+          VT_FILLD1(vnxiFloodFill_Range8Con_8u_C1IR, vnx8u, R::Range, true),
+          VT_FILLD3(vnxiFloodFill_Range4Con_8u_C3IR, vnx8u, R::Range, false),
+          VT_FILLD3(vnxiFloodFill_Range8Con_8u_C3IR, vnx8u, R::Range, true),
+          VT_FILLD1(vnxiFloodFill_Grad4Con_8u_C1IR, vnx8u, R::Grad, false),
+          VT_FILLD1(vnxiFloodFill_Grad8Con_8u_C1IR, vnx8u, R::Grad, true),
+          VT_FILLD3(vnxiFloodFill_Grad4Con_8u_C3IR, vnx8u, R::Grad, false),
+          VT_FILLD3(vnxiFloodFill_Grad8Con_8u_C3IR, vnx8u, R::Grad, true)};
+}
+template <>
+std::vector<FillMember<vnx32f>> fillMembers() {
+  using R = Rule;
+  return {VT_FILL1(vnxiFloodFill_4Con_32f_C1IR, vnx32f, R::Plain, false),
+          VT_FILL1(vnxiFloodFill_8Con_32f_C1IR, vnx32f, R::Plain, true),
+          VT_FILL3(vnxiFloodFill_4Con_32f_C3IR, vnx32f, R::Plain, false),
+          VT_FILL3(vnxiFloodFill_8Con_32f_C3IR, vnx32f, R::Plain, true),
+          VT_FILLD1(vnxiFloodFill_Range4Con_32f_C1IR, vnx32f, R::Range, false),
+          VT_FILLD1(vnxiFloodFill_Range8Con_32f_C1IR, vnx32f, R::Range, true),
+          VT_FILLD3(vnxiFloodFill_Range4Con_32f_C3IR, vnx32f, R::Range, false),
+          VT_FILLD3(vnxiFloodFill_Range8Con_32f_C3IR, vnx32f, R::Range, true),
+          VT_FILLD1(vnxiFloodFill_Grad4Con_32f_C1IR, vnx32f, R::Grad, false),
+          VT_FILLD1(vnxiFloodFill_Grad8Con_32f_C1IR, vnx32f, R::Grad, true),
+          VT_FILLD3(vnxiFloodFill_Grad4Con_32f_C3IR, vnx32f, R::Grad, false),
+          VT_FILLD3(vnxiFloodFill_Grad8Con_32f_C3IR, vnx32f, R::Grad, true)};
+}
+
+// The region by breadth-first search: the seed, then every neighbour that passes
+// (plain: equal to the seed's colour; Range: inside the seed's bounds; Grad: inside
+// the bounds around the neighbour it is reached from), on pre-fill values.
+template <class T>
+std::vector<char> bfsRegion(const vt::Image<T>& img, vnxiPoint seed, Rule rule, bool eight, const T* lo,
+                            const T* hi) {
+  const int w = img.width(), h = img.height(), c = img.channels();
+  std::vector<char> in(std::size_t(w) * h, 0);
+  auto passes = [&](int qx, int qy, int x, int y) {
+    for (int k = 0; k < c; ++k) {
+      const double p = img.at(x, y, k), s = img.at(seed.x, seed.y, k), q = img.at(qx, qy, k);
+      if (rule == Rule::Plain && !(p == s)) return false;
+      if (rule == Rule::Range) {
+        double a = s - lo[k], b = s + hi[k];
+        if (std::is_same<T, vnx8u>::value) a = std::max(a, 0.0), b = std::min(b, 255.0);
+        if (std::is_same<T, vnx32f>::value) a = float(float(s) - float(lo[k])), b = float(float(s) + float(hi[k]));
+        if (!(a <= p && p <= b)) return false;
+      }
+      if (rule == Rule::Grad) {
+        double a = q - lo[k], b = q + hi[k];
+        if (std::is_same<T, vnx32f>::value) a = float(float(q) - float(lo[k])), b = float(float(q) + float(hi[k]));
+        if (!(a <= p && p <= b)) return false;
+      }
+    }
+    return true;
+  };
+  std::deque<vnxiPoint> queue{seed};
+  in[std::size_t(seed.y) * w + seed.x] = 1;
+  while (!queue.empty()) {
+    const vnxiPoint q = queue.front();
+    queue.pop_front();
+    for (int dy = -1; dy <= 1; ++dy)
+      for (int dx = -1; dx <= 1; ++dx) {
+        const int x = q.x + dx, y = q.y + dy;
+        if ((!dx && !dy) || (!eight && dx && dy) || x < 0 || y < 0 || x >= w || y >= h) continue;
+        char& mark = in[std::size_t(y) * w + x];
+        if (!mark && passes(q.x, q.y, x, y)) mark = 1, queue.push_back({x, y});
+      }
+  }
+  return in;
+}
+
+enum class Pattern { Checker, Comb, Bars, Spiral, Noise2, Noise4, Noise16, Ramp };
+
+template <class T>
+void paint(vt::Image<T>& img, Pattern p, unsigned seed) {
+  std::mt19937 rng(seed);
+  const int w = img.width(), h = img.height();
+  img.fill([&](int x, int y, int k) -> double {
+    switch (p) {
+      case Pattern::Checker: return (x + y) % 2 ? 10 : 20;
+      case Pattern::Comb: return (y % 4 == 0 || x % 2 == 0) ? 10 : 30 + k;
+      case Pattern::Bars: return (y % 2 == 1 || x % 2 == 0) ? 10 : 30 + k;  // teeth on both sides of a row
+      case Pattern::Spiral: {  // rings of a square spiral wall
+        const int r = std::min(std::min(x, y), std::min(w - 1 - x, h - 1 - y));
+        return (r % 2 == 0 && !(x == r && y == r + 1)) ? 10 : 40;
+      }
+      case Pattern::Noise2: return 10 + 10 * (rng() % 2);
+      case Pattern::Noise4: return 10 + 10 * (rng() % 4);
+      case Pattern::Noise16: return 10 + (rng() % 16);
+      case Pattern::Ramp: return (x * 3 + y * 5 + k) % 23 + (rng() % 3);
+    }
+    return 0;
+  });
+}
+
+template <class T>
+void checkFill(const FillMember<T>& mb, vnxiSize roi, Pattern p, vnxiPoint seed, int bufOffset, vt::Guard g,
+               T newBase = T(99)) {
+  SCOPED_TRACE(mb.name + " " + std::to_string(roi.width) + "x" + std::to_string(roi.height) + " pattern " +
+               std::to_string(int(p)) + " seed " + std::to_string(seed.x) + "," + std::to_string(seed.y));
+  const int c = mb.channels;
+  vt::Image<T> img(roi.width, roi.height, c, 3 * sizeof(T), g);
+  paint(img, p, unsigned(roi.width * 7 + roi.height));
+  const T nv[3] = {newBase, T(newBase - 1), T(newBase - 2)};
+  const T lo[3] = {T(3), T(2), T(4)}, hi[3] = {T(5), T(6), T(2)};
+  const std::vector<char> in = bfsRegion(img, seed, mb.rule, mb.eight, lo, hi);
+  int size = 0;
+  ASSERT_EQ(vnxStatusOk, (mb.rule == Rule::Grad ? vnxiFloodFillGetSize_Grad : vnxiFloodFillGetSize)(roi, &size));
+  vt::Span<vnx8u> buf(std::size_t(size), bufOffset, vt::Guard::After);  // ends before a protected page
+  std::vector<T> want = img.pixels();
+  double area = 0;
+  int x0 = roi.width, y0 = roi.height, x1 = -1, y1 = -1;
+  for (int y = 0; y < roi.height; ++y)
+    for (int x = 0; x < roi.width; ++x)
+      if (in[std::size_t(y) * roi.width + x]) {
+        for (int k = 0; k < c; ++k) want[(std::size_t(y) * roi.width + x) * c + k] = nv[k];
+        area += 1, x0 = std::min(x0, x), y0 = std::min(y0, y), x1 = std::max(x1, x), y1 = std::max(y1, y);
+      }
+  vnxiFillRegion r;
+  ASSERT_EQ(vnxStatusOk, mb.call(img.ptr(), img.step(), roi, seed, nv, lo, hi, &r, buf.data()));
+  VT_EXPECT_SAME_SAMPLES(want, img.pixels());
+  EXPECT_TRUE(img.canaryIntact());
+  EXPECT_EQ(area, r.area);
+  EXPECT_EQ(double(nv[0]), r.value[0]);
+  EXPECT_EQ(c == 3 ? double(nv[1]) : 0.0, r.value[1]);
+  EXPECT_EQ(x0, r.rect.x);
+  EXPECT_EQ(y0, r.rect.y);
+  EXPECT_EQ(x1 - x0 + 1, r.rect.width);
+  EXPECT_EQ(y1 - y0 + 1, r.rect.height);
+}
+
+template <class T>
+void runFillTable() {
+  const std::vector<vnxiSize> sizes = {{1, 1}, {9, 1}, {1, 7}, {8, 3}, {17, 15}, {33, 7}, {64, 48}};
+  const std::vector<Pattern> patterns = {Pattern::Checker, Pattern::Comb, Pattern::Bars, Pattern::Spiral, Pattern::Noise2,
+                                         Pattern::Noise4,  Pattern::Noise16, Pattern::Ramp};
+  int n = 0;
+  for (const auto& mb : fillMembers<T>())
+    for (vnxiSize roi : sizes)
+      for (Pattern p : patterns) {
+        const vnxiPoint seeds[] = {{0, 0}, {roi.width - 1, roi.height - 1}, {roi.width / 2, roi.height / 2},
+                                   {roi.width / 3, roi.height - 1}};
+        for (vnxiPoint s : seeds) checkFill(mb, roi, p, s, n % 8, n % 3 ? vt::Guard::After : vt::Guard::Before), ++n;
+      }
+}
+
+TEST(FloodFill, EightBitMembersFillTheBreadthFirstRegion) { runFillTable<vnx8u>(); }
+TEST(FloodFill, FloatMembersFillTheBreadthFirstRegion) { runFillTable<vnx32f>(); }
+
+// Patterns that push the most entries at once, at the reported size, every buffer
+// alignment: the fill never writes past the buffer and still finds the region.
+TEST(FloodFill, ReportedBufferSizeIsEnoughForAnyContent) {
+  for (const auto& mb : fillMembers<vnx8u>())
+    for (vnxiSize roi : {vnxiSize{8, 3}, vnxiSize{31, 3}, vnxiSize{101, 97}, vnxiSize{256, 5}, vnxiSize{255, 3}})
+      for (Pattern p : {Pattern::Checker, Pattern::Comb, Pattern::Bars, Pattern::Noise2})
+        for (int off = 0; off < 8; ++off)
+          checkFill(mb, roi, p, {roi.width / 2, roi.height / 2}, off, vt::Guard::After);
+}
+
+// A new value inside the range: painted pixels still pass the test, so the fill
+// must know which pixels it took.
+TEST(FloodFill, RangeFillEndsWhenTheNewValueLiesInsideTheRange) {
+  for (const auto& mb : fillMembers<vnx8u>())
+    if (mb.rule == Rule::Range)
+      for (Pattern p : {Pattern::Noise16, Pattern::Noise2, Pattern::Ramp})
+        checkFill(mb, {45, 31}, p, {20, 15}, 3, vt::Guard::After, vnx8u(14));
+  for (const auto& mb : fillMembers<vnx32f>())
+    if (mb.rule == Rule::Range) checkFill(mb, {45, 31}, Pattern::Noise16, {20, 15}, 5, vt::Guard::Before, 14.0f);
+}
+
+TEST(FloodFill, SeedWithTheNewValueReturnsAtOnceAndLeavesTheRecord) {
+  vt::Image<vnx8u> img(5, 4, 1);
+  img.fill([](int x, int, int) { return x < 3 ? 7 : 9; });
+  std::vector<vnx8u> buf(1000);
+  vnxiFillRegion r;
+  std::memset(&r, 0x5A, sizeof r);
+  const auto before = img.pixels();
+  EXPECT_EQ(vnxStatusOk, vnxiFloodFill_8Con_8u_C1IR(img.ptr(), img.step(), img.size(), {1, 1}, 7, &r, buf.data()));
+  VT_EXPECT_SAME_SAMPLES(before, img.pixels());
+  EXPECT_EQ(0x5A5A5A5A, r.rect.x);
+}
+
+TEST(FloodFill, RangeLowerBoundClampsAtZeroAndOneRowFillsTheSeedSpan) {
+  vt::Image<vnx8u> img(6, 1, 1);
+  const vnx8u px[6] = {0, 3, 5, 200, 4, 1};
+  img.fill([&](int x, int, int) { return px[x]; });
+  std::vector<vnx8u> buf(1000);
+  vnxiFillRegion r;
+  ASSERT_EQ(vnxStatusOk,
+            vnxiFloodFill_Range4Con_8u_C1IR(img.ptr(), img.step(), img.size(), {1, 0}, 77, 10, 2, &r, buf.data()));
+  const std::vector<vnx8u> want = {77, 77, 77, 200, 4, 1};
+  VT_EXPECT_SAME_SAMPLES(want, img.pixels());
+  EXPECT_EQ(3.0, r.area);
+  EXPECT_EQ(0, r.rect.x);
+  EXPECT_EQ(3, r.rect.width);
+}
+
+TEST(FloodFill, StatusesInCheckOrder) {
+  vt::Image<vnx32f> img(4, 3, 3);
+  img.fill([](int, int, int) { return 1; });
+  std::vector<vnx8u> buf(4096);
+  vnxiFillRegion r;
+  const vnx32f v[3] = {2, 2, 2}, d[3] = {1, 1, 1}, neg[3] = {1, -1, 1};
+  const vnxiSize roi{4, 3};
+  struct Row { const char* what; vnx32f* p; int step; vnxiSize roi; vnxiPoint seed; const vnx32f* lo; vnx8u* b; vnxStatus want; };
+  const Row rows[] = {
+      {"null image", nullptr, 48, roi, {0, 0}, d, buf.data(), vnxStatusNullPtr},
+      {"null delta before size", img.ptr(), 48, {0, 0}, {0, 0}, nullptr, buf.data(), vnxStatusNullPtr},
+      {"null buffer", img.ptr(), 48, roi, {0, 0}, d, nullptr, vnxStatusNullPtr},
+      {"size before step", img.ptr(), 1, {4, 0}, {0, 0}, d, buf.data(), vnxStatusBadSize},
+      {"step below width x 4", img.ptr(), 15, roi, {0, 0}, d, buf.data(), vnxStatusBadStep},
+      {"step not a multiple", img.ptr(), 18, roi, {0, 0}, d, buf.data(), vnxStatusStepNotMultiple},
+      {"C3 bound is width x 4", img.ptr(), 16, roi, {0, 0}, d, buf.data(), vnxStatusOk},
+      {"seed.x = width after step", img.ptr(), 15, roi, {4, 0}, d, buf.data(), vnxStatusBadStep},
+      {"seed.x = width", img.ptr(), 48, roi, {4, 0}, d, buf.data(), vnxStatusOutOfRange},
+      {"seed.y < 0", img.ptr(), 48, roi, {0, -1}, d, buf.data(), vnxStatusOutOfRange},
+      {"negative delta", img.ptr(), 48, roi, {0, 0}, neg, buf.data(), vnxStatusOutOfRange},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.what);
+    std::memset(&r, 0x33, sizeof r);
+    const auto before = img.pixels();
+    EXPECT_EQ(row.want, vnxiFloodFill_Grad4Con_32f_C3IR(row.p, row.step, row.roi, row.seed, v, row.lo, d, &r, row.b));
+    if (row.want != vnxStatusOk) {
+      VT_EXPECT_SAME_SAMPLES(before, img.pixels());
+      EXPECT_EQ(0x33333333, r.rect.width);
+    }
+    img.fill([](int, int, int) { return 1; });
+  }
+  vnx32f one[1] = {1};
+  EXPECT_EQ(vnxStatusOutOfRange, vnxiFloodFill_Range8Con_32f_C1IR(one, 4, {1, 1}, {0, 0}, 2, 0, -0.5f, &r, buf.data()));
+  EXPECT_EQ(vnxStatusOutOfRange, vnxiFloodFill_Grad4Con_32f_C1IR(one, 4, {1, 1}, {0, 0}, 2, NAN, 1, &r, buf.data()));
+  EXPECT_EQ(1.0f, one[0]);
+  int size = 7;
+  EXPECT_EQ(vnxStatusNullPtr, vnxiFloodFillGetSize({0, 0}, nullptr));
+  EXPECT_EQ(vnxStatusBadSize, vnxiFloodFillGetSize({0, 5}, &size));
+  EXPECT_EQ(vnxStatusBadSize, vnxiFloodFillGetSize_Grad({20000, 20000}, &size));
+  EXPECT_EQ(7, size);
+  EXPECT_EQ(vnxStatusOk, vnxiFloodFillGetSize({10, 3}, &size));
+  EXPECT_EQ(24 * 30 / 4 + 32, size);
+  EXPECT_EQ(vnxStatusOk, vnxiFloodFillGetSize_Grad({10, 3}, &size));
+  EXPECT_EQ(12 * 5 + 24 * 30 / 4 + 32, size);
+}
+
+}  // namespace
