@@ -104,12 +104,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   FZ_CONTEXT("member %d (type %d, form %d), roi %dx%d, steps %d %d, coi %d", static_cast<int>(&m - kMembers), m.type,
              m.form, a.roi.width, a.roi.height, a.srcStep, a.maskStep, a.coi);
   // The unmasked 32f forms accept any source address.
-  const bool anyAddress = m.type == k32f && (m.form == kC1 || m.form == kC3C);
 #ifdef VNX_FUZZ_SKIP_UNALIGNED_MEANSTDDEV
-  const int lead = e * r.pick(16 / e);
+  const bool anyAddress = false;
 #else
-  const int lead = anyAddress ? r.pick(16) : e * r.pick(16 / e);
+  const bool anyAddress = m.type == k32f && (m.form == kC1 || m.form == kC3C);
 #endif
+  const int lead = anyAddress ? r.pick(16) : e * r.pick(16 / e);
   const Guard guard = lead || r.oneIn(3) ? Guard::Before : Guard::After;
   Img src, mask;
   src.make(a.roi.width, a.roi.height, e * ch, a.srcStep, guard, lead);

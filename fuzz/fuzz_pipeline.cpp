@@ -216,6 +216,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   else a.src = r.oneIn(32) ? nullptr : image.ptr(), a.dst = r.oneIn(32) ? nullptr : ptrs.ptr();
   a.kernel = r.oneIn(32) ? nullptr : kernel.ptr();
 
+#ifdef VNX_FUZZ_SKIP_COLUMN_ROWS_OVERFLOW
+  if (m.column && nPtr >= INT_MAX) return 0;  // height + kernelSize overflows an int
+#endif
   setThreads(1);
   const std::int64_t bytes1 = checkQuery(m, a.roi, a.k, nullQueryResult);
   a.buffer = bufferMode == 0 ? nullptr : trapPage() + pageSize();
@@ -240,6 +243,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     return 0;
   }
   if (!image.real() || !rows.real() || !ptrs.real() || !kernel.real() || bufferMode == 1 || nullQueryResult) return 0;
+  // Long kernels over large images are slow, not interesting: keep a run within its time.
+  if (std::int64_t(a.roi.width) * a.roi.height * m.channels * a.k > (std::int64_t(1) << 24)) return 0;
   fillAll();
   image.snapshot(), rows.snapshot(), ptrs.snapshot(), kernel.snapshot();
   Img& out = m.column ? image : rows;
