@@ -822,6 +822,33 @@ VNX_API vnxStatus vnxiSampleLine_32f_C3R(const vnx32f* pSrc, int srcStep, vnxiSi
 
 /* ---- Edges and features: Canny, corners, Hough lines, arctangent (features) -- */
 
+/* Fast arctangent: pDst[i] = the angle of (pSrcX[i], pSrcY[i]) in degrees, from the fit
+ * a = (-15.8131895*r + 61.094196)*r - 0.14050041 of r = min(|x|,|y|) / max(|x|,|y|,1e-8),
+ * then a = 90 - a if |x| < |y|, a = 180 - a if x < 0, a = 360 - a if y < 0 (strict tests:
+ * -0.0 counts as non-negative). r is m times the processor's approximate reciprocal of M
+ * refined by one Newton step, so the last bits may differ from a division (and between
+ * processor makers; results are the same on every build and thread count of one machine).
+ * Results are not wrapped: (0, 0) and (1, 0) give -0.14050041, (1, -1e-30) 360.14050041.
+ * The last len mod 4 elements go through the same vector code. A NaN input gives the
+ * library's NaN. pDst may equal a source. Checks: a null pointer (-8), len < 1 (-6). */
+VNX_API vnxStatus vnxibFastArctan_32f(const vnx32f* pSrcY, const vnx32f* pSrcX, vnx32f* pDst, int len) VNX_NOEXCEPT;
+
+/* Colour gradient to gray, norm 0 max, 1 L1, 2 L2 of the channels c0, c1, c2:
+ *   8u:  max; ((c0+c1+c2)*1365 + 2048) >> 12; floor(sqrt(float(c0^2+c1^2+c2^2) / 3.0f) + 0.5)
+ *   16u: max; ((c0+c1+c2)*5461 + 8192) >> 14; the 8u L2 form (sum of squares exact in 64
+ *        bits before it is rounded to float), at most 65535
+ *   32f: max(|c0|,|c1|,|c2|); (|c0|+|c1|)+|c2|; sqrt((c0^2+c1^2)+c2^2), all in float and
+ *        without division by 3; a NaN channel gives the library's NaN for every norm.
+ * Checks: pSrc, pDst null (-8); width, height below 1 (-6); srcStep below 3 samples a
+ * pixel or dstStep below one (-14); 16u, 32f steps not multiples of 2, 4 (-108); norm not
+ * 0, 1, 2 (-5). Serial. */
+VNX_API vnxStatus vnxiGradientColorToGray_8u_C3C1R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep,
+                                                   vnxiSize roiSize, int norm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiGradientColorToGray_16u_C3C1R(const vnx16u* pSrc, int srcStep, vnx16u* pDst, int dstStep,
+                                                    vnxiSize roiSize, int norm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiGradientColorToGray_32f_C3C1R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                                    vnxiSize roiSize, int norm) VNX_NOEXCEPT;
+
 /* ---- Pyramids, sub-pixel copy and optical flow (pyramids) -------------------- */
 
 /* ---- Distance transforms, flood fill and marker labelling (distance, segment)  */
