@@ -849,6 +849,39 @@ VNX_API vnxStatus vnxiGradientColorToGray_16u_C3C1R(const vnx16u* pSrc, int srcS
 VNX_API vnxStatus vnxiGradientColorToGray_32f_C3C1R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
                                                     vnxiSize roiSize, int norm) VNX_NOEXCEPT;
 
+/* Canny edge map (255 on edges, 0 elsewhere) from horizontal and vertical derivatives:
+ * m = |dx| + |dy| (16s: on 16 unsigned bits saturated at 65535, so -32768, -32768 gives
+ * 65535; 32f: in float). A pixel is a candidate only if it passes the low test, which
+ * differs on purpose: 16s keeps m > the truncated lowThresh (10.9 acts as 10), 32f keeps
+ * m >= lowThresh. Suppression with ax = |dx|, ay = |dy| as floats and tan 22.5 = bits
+ * 0x3ED413CD, tan 67.5 = bits 0x401A827A: ay < ax*tan22.5 keeps m > left and m >= right;
+ * ax*tan67.5 < ay keeps m > above and m >= below; otherwise m > upper-left and m > lower-
+ * right when dx, dy have the same sign, m > max(lower-left, upper-right) when not. On a
+ * plateau of two equal magnitudes along the gradient the algorithm keeps the LEFT (upper)
+ * one: it passes m >= its right (lower) twin, the twin fails m > left. Magnitude beyond
+ * the ROI is 0, so a 1x1 ROI's pixel survives when its magnitude passes the low test.
+ * A kept pixel above highThresh (strictly; 16s: the truncated value) is a seed; seeds are
+ * taken in raster order, then hysteresis pops last-in-first-out and marks 8-connected
+ * candidates (upper-left, upper, upper-right, left, right, lower-left, lower, lower-right).
+ * A NaN threshold passes the checks and compares false: no candidate (or no seed).
+ * Checks: pSrcDx, pSrcDy, then pDstEdges, pBuffer null (-8); width, then height below 1
+ * (-6); derivative steps below 2*width (16s) or 4*width (32f), or dstEdgeStep below width
+ * (-14); derivative steps not multiples of 2 (4) (-108); lowThresh < 0 or highThresh <
+ * lowThresh (-5; equal thresholds are fine).
+ * vnxiCannyGetSize: null (-8), width or height below 1 (-6); 5*(w+2)*(h+2) + 16*w + 160
+ * when w+2 and h+2 are below 65535 (16-bit stack entries), else 9*(w+2)*(h+2) + 16*w + 160
+ * (32-bit entries); the same size serves both members. A buffer smaller than that is not
+ * detected. Magnitude and suppression run in parallel bands of rows (at least 32 rows and
+ * 64K pixels a thread); seeds and hysteresis then run on the calling thread, so the map is
+ * the serial one for every thread count. */
+VNX_API vnxStatus vnxiCannyGetSize(vnxiSize roiSize, int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiCanny_16s8u_C1R(const vnx16s* pSrcDx, int srcDxStep, const vnx16s* pSrcDy, int srcDyStep,
+                                      vnx8u* pDstEdges, int dstEdgeStep, vnxiSize roiSize, vnx32f lowThresh,
+                                      vnx32f highThresh, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiCanny_32f8u_C1R(const vnx32f* pSrcDx, int srcDxStep, const vnx32f* pSrcDy, int srcDyStep,
+                                      vnx8u* pDstEdges, int dstEdgeStep, vnxiSize roiSize, vnx32f lowThresh,
+                                      vnx32f highThresh, vnx8u* pBuffer) VNX_NOEXCEPT;
+
 /* ---- Pyramids, sub-pixel copy and optical flow (pyramids) -------------------- */
 
 /* ---- Distance transforms, flood fill and marker labelling (distance, segment)  */

@@ -125,3 +125,10 @@ bool ownFitsCache(vnxiSize roi, int bytesPerPixel) noexcept;
 // everything else), so it is written with non-temporal stores, which also spare
 // the read-for-ownership of every destination line. The results are the same.
 bool ownStreamOutput(std::int64_t bytesTouched) noexcept;
+
+// Edges and features. Canny's magnitude and suppression: each band recomputes the one
+// magnitude row above and below it, so bands need rows enough to pay for two extra rows
+// and the fork; 64K pixels a thread.
+constexpr ownBandPolicy kOwnBandsCanny{std::int64_t{1} << 16, 32, 1, ownCoreTest::Ignore};
+// Corner measures: each band refills a derivative ring and box sums of its own.
+constexpr ownBandPolicy kOwnBandsCorners{std::int64_t{1} << 16, 32, 1, ownCoreTest::Ignore};

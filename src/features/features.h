@@ -13,3 +13,29 @@ void ownFastArctanRow(const vnx32f* y, const vnx32f* x, vnx32f* dst, int len);
 enum class ownColorNorm : int { Max = 0, L1 = 1, L2 = 2 };
 template <class T>
 void ownGradientColorRow(const T* src, T* dst, int x0, int n, ownColorNorm norm);
+
+// Canny. The work buffer: a candidate map of (w + 2) x (h + 2) bytes (0x80 marks a pixel
+// kept by suppression above the low threshold, 0x40 in addition one above the high
+// threshold; the outer ring is never marked), an edge stack of (row, column) entries in
+// map coordinates, 16-bit fields while w + 2 and h + 2 are below 65535, and a ring of
+// magnitude rows of w + 6 elements (32-bit integers for 16s, floats for 32f).
+constexpr vnx8u kOwnCannyCandidate = 0x80, kOwnCannySeed = 0x40;
+// tan 22.5 and tan 67.5 degrees as the suppression uses them (bits 0x3ED413CD, 0x401A827A).
+constexpr float kOwnTan22 = 0x1.a8279ap-2f, kOwnTan67 = 0x1.3504f4p+1f;
+std::int64_t ownCannyBufferBytes(vnxiSize roi);
+bool ownCannySmallStack(vnxiSize roi);
+// Magnitude rows: m = |dx| + |dy| (16s: on 16 unsigned bits, saturated) where it passes
+// the low test (16s: m > low, 32f: m >= low), 0 elsewhere; columns x0 .. n - 1.
+void ownCannyMagnitudeRow(const vnx16s* dx, const vnx16s* dy, int* m, int x0, int n, int low);
+void ownCannyMagnitudeRow(const vnx32f* dx, const vnx32f* dy, float* m, int x0, int n, float low);
+void ownCannyMagnitudeRow_sse2(const vnx16s* dx, const vnx16s* dy, int* m, int n, int low);
+void ownCannyMagnitudeRow_sse2(const vnx32f* dx, const vnx32f* dy, float* m, int n, float low);
+// Suppression of one row: map[x] for x0 .. n - 1 from the magnitude rows above, at and
+// below (columns -1 and n readable), the derivatives and the high threshold.
+template <class D, class M>
+void ownCannySuppressRow(const D* dx, const D* dy, const M* up, const M* mid, const M* down, vnx8u* map, int x0,
+                         int n, M high);
+void ownCannySuppressRow_sse2(const vnx16s* dx, const vnx16s* dy, const int* up, const int* mid, const int* down,
+                              vnx8u* map, int n, int high);
+void ownCannySuppressRow_sse2(const vnx32f* dx, const vnx32f* dy, const float* up, const float* mid,
+                              const float* down, vnx8u* map, int n, float high);
