@@ -882,6 +882,46 @@ VNX_API vnxStatus vnxiCanny_32f8u_C1R(const vnx32f* pSrcDx, int srcDxStep, const
                                       vnx8u* pDstEdges, int dstEdgeStep, vnxiSize roiSize, vnx32f lowThresh,
                                       vnx32f highThresh, vnx8u* pBuffer) VNX_NOEXCEPT;
 
+/* Hough lines. Resolution of the accumulator: distance step in pixels, angle step in
+ * radians, passed by value. */
+typedef struct {
+  vnx32f rho;
+  vnx32f theta;
+} vnxiHoughDelta;
+/* Every non-zero pixel (x, y) votes in theta rows t = 0 .. nTheta-1 for the rho index
+ * round(x*cos_t + y*sin_t) + (nRho-1)/2, the products taken in float as float(x)*c_t +
+ * float(y)*s_t and rounded to nearest with ties to even; c_t, s_t are cos and sin of
+ * theta_t (theta_0 = 0, theta_t+1 = theta_t + delta.theta summed in float; cos, sin in
+ * double rounded to float) times the float 1/delta.rho. nRho = (2*(w+h)+1) / delta.rho in
+ * float and nTheta = pi / delta.theta in double (pi = 3.141592653589793), both truncated.
+ * The tables have nTheta+1 entries; the last (theta about pi) takes no votes, since its
+ * lines are those of theta 0. A cell of v votes is a peak when v > threshold, v > the
+ * cell at rho-1, v >= the cell at rho+1, v > the cell of the previous theta row (strict
+ * toward lower theta) and v >= the one of the next (rows outside 0..nTheta-1 hold 0).
+ * Peaks are taken theta row by theta row, rho ascending; each is inserted before the
+ * first line with fewer votes, so among equal votes the earlier-found (lower theta, then
+ * lower rho) line comes first; once maxLineCount lines are held, a peak below the last
+ * is not inserted. pLine gets (rho, theta) pairs, rho = (index - (nRho-1)/2) * delta.rho
+ * and theta = t * delta.theta in float, strongest first; *pLineCount the number written.
+ * The found count behind the warning counts every peak, inserted or not: more peaks than
+ * maxLineCount give vnxStatusTooManyLines (33) with the strongest maxLineCount written.
+ * Checks: pSrc, pLine, pLineCount, pBuffer null (-8); srcStep < 1 (-14, the step is not
+ * compared with the width); width, height or maxLineCount below 1 (-6); delta.rho not
+ * > 0 or above w+h, delta.theta not > 0 or above pi in float (3.14159274f, the float
+ * nearest pi, is accepted and gives nTheta = 1, entries 0 and pi), threshold < 1, or a
+ * resolution so fine that the work would not fit a buffer an int can size (-5). Serial.
+ * GetSize (roiSize, delta, maxLineCount, result): null (-8), width or height below 1
+ * (-6), delta.rho or delta.theta not > 0 (-5); then, with R = 4*nRho + 16, 16*
+ * maxLineCount + 4*R + 8*nTheta + (4*w + 48)*h + 200 summed in 32-bit arithmetic that
+ * wraps (a count past the int range converts to INT32_MIN) and stored as it stands; a
+ * sum above 2147483647 read as unsigned gives the warning vnxStatusSizeOverflow (12)
+ * with the wrapped size, the one exception to the library's size-query rule. */
+VNX_API vnxStatus vnxiHoughLineGetSize_8u_C1R(vnxiSize roiSize, vnxiHoughDelta delta, int maxLineCount,
+                                              int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiHoughLine_8u32f_C1R(const vnx8u* pSrc, int srcStep, vnxiSize roiSize, vnxiHoughDelta delta,
+                                          int threshold, vnx32f* pLine, int maxLineCount, int* pLineCount,
+                                          vnx8u* pBuffer) VNX_NOEXCEPT;
+
 /* ---- Pyramids, sub-pixel copy and optical flow (pyramids) -------------------- */
 
 /* ---- Distance transforms, flood fill and marker labelling (distance, segment)  */

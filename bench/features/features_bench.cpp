@@ -2,6 +2,10 @@
 // minimum-eigenvalue corner map, Hough lines on an edge map, and the fast arctangent.
 #include <cmath>
 
+#ifndef CV_PI
+#define CV_PI 3.1415926535897932384626433832795
+#endif
+
 #include "../bench_common.h"
 
 namespace {
@@ -58,6 +62,15 @@ const bool registered[] = {
                               f.buf.data());
         },
         VB_CV(cv::Mat e = m8(f.edges); cv::Canny(m16(f.dx), m16(f.dy), e, 80, 240, false))),
+    registerPair(
+        "HoughLine_8u32f", kPixels,
+        [] {
+          int n = 0, size = 0;
+          vnxiHoughLineGetSize_8u_C1R(kRoi, {1, float(CV_PI / 180)}, 4096, &size);
+          vnxiHoughLine_8u32f_C1R(f.edges.data(), kWidth, kRoi, {1, float(CV_PI / 180)}, 300, f.lines.data(), 4096, &n,
+                                  f.buf.data());
+        },
+        VB_CV(std::vector<cv::Vec2f> lines; cv::HoughLines(m8(f.edges), lines, 1, CV_PI / 180, 300))),
     registerPair(
         "FastArctan_32f", 12 * kPixels, [] { vnxibFastArctan_32f(f.fy.data(), f.fx.data(), f.out.data(), int(kPixels)); },
         VB_CV(cv::Mat o = m32(f.out); cv::phase(m32(f.fx), m32(f.fy), o, true))),

@@ -39,3 +39,23 @@ void ownCannySuppressRow_sse2(const vnx16s* dx, const vnx16s* dy, const int* up,
                               vnx8u* map, int n, int high);
 void ownCannySuppressRow_sse2(const vnx32f* dx, const vnx32f* dy, const float* up, const float* mid,
                               const float* down, vnx8u* map, int n, float high);
+
+// Hough lines. Gathered points: for each ROI row with non-zero pixels, its y, its count
+// and the x of each, in raster order. Votes of one theta row: the rho index of every
+// point, rounded to nearest (ties to even) from float(x) * cos + (float(y) * sin), plus
+// `offset`, clamped to the row's counters 0 .. nCounters - 1 (the ring row starts two
+// counters before rho index 0).
+struct ownHoughRowPoints {
+  const std::int32_t* xs;
+  int count;
+  int y;
+};
+void ownHoughVoteRow(const std::int32_t* xs, int x0, int n, float ysin, float cosT, int offset, int nCounters,
+                     std::int32_t* acc);
+void ownHoughVoteRow_sse2(const std::int32_t* xs, int n, float ysin, float cosT, int offset, int nCounters,
+                          std::int32_t* acc);
+// Derived counts: nRho = (2 * (w + h) + 1) / rhoStep in float, nTheta = pi / thetaStep in
+// double, both truncated; a count past the int range is INT32_MIN (the processor's
+// out-of-range conversion), which the size query wraps as 32-bit arithmetic.
+std::int32_t ownHoughRhoCount(vnxiSize roi, float rhoStep);
+std::int32_t ownHoughThetaCount(float thetaStep);
