@@ -922,6 +922,59 @@ VNX_API vnxStatus vnxiHoughLine_8u32f_C1R(const vnx8u* pSrc, int srcStep, vnxiSi
                                           int threshold, vnx32f* pLine, int maxLineCount, int* pLineCount,
                                           vnx8u* pBuffer) VNX_NOEXCEPT;
 
+/* Corner measures of an 8u (or 32f) image, per pixel, from the box means Mxx, Mxy, Myy
+ * over avgWindow x avgWindow (3 or 5) of dx*dx, dx*dy, dy*dy (products in float): dx by
+ * FilterSobelVert and dy by FilterSobelHoriz with mask 11*apertureSize (kernType 0), or
+ * FilterScharrVert / ScharrHoriz (kernType 1, aperture 3), replicated border; the box
+ * means as FilterLowpassBorder_32f with the replicated border gives them (sums along x
+ * left to right, then down the rows top to bottom, times 1.0f/(k*k)), so the results
+ * equal the composition of those exports bit for bit. Scale s: 8u 1/4080 (aperture 3),
+ * 1/65280 (5); 32f sources 1/16 and 1/256 (the 8u scales without the 255 of the 8-bit
+ * range); Scharr times 0.6125 (bits 0x3F1CCCCD).
+ * MinEigenVal: a = Mxx*h, b = Mxy*h, c = Myy*h with h = s/2, then
+ *   (a + c) - sqrt((a - c)*(a - c) + 4.0f*(b*b)), all in float.
+ * EigenValsVecs, six floats a pixel (l1, l2, x1, y1, x2, y2): p = s*Mxx, q = s*Mxy,
+ *   r = s*Myy, t = 0.01f*max(p, r), d = sqrt(4*q*q + (p - r)*(p - r)), l1 = (p + r + d)*0.5,
+ *   l2 = (p + r - d)*0.5; min(p, r) < t or p*r - q*q < t gives six zeros; else |q| < t gives
+ *   l1, l2, (1, 0), (0, 1); else with g = -q (Sobel) or +q (Scharr) the vectors (g, l1 - p)
+ *   and (g, l2 - p) over their lengths, a length below 1.1920929e-7 taken as that value.
+ *   A constant image gives p = q = r = 0: six zeros (and MinEigenVal 0).
+ * A NaN result is the library's NaN. Checks: pSrc, pDst, pBuffer null (-8); width, height
+ * below 1 (-6); srcStep below width samples, dstStep below 4*width (MinEigenVal) or
+ * 24*width (EigenValsVecs) (-14); dstStep (and for 32f srcStep) not a multiple of 4
+ * (-108); kernType not 0 or 1 (-5); apertureSize not 3 or 5, or Scharr with 5 (-6);
+ * avgWindow not 3 or 5 (-6, not -33). A failing derivative filter's status is returned.
+ * GetBufferSize (one function for both measures of a source type): null (-8), width or
+ * height below 1 (-6), apertureSize not 3 or 5 (-6), avgWindow not 3 or 5 (-6); reports
+ * 2*P + 3*Q*(threads > 1 ? 2 : 1) + threads*B + F + 32 with P the dx or dy plane
+ * (width*height*2 bytes for 8u, *4 for 32f) and Q = 4*W16*height (W16 the width rounded
+ * up to 16), each rounded up to 32; B the band scratch, 4*(3*Wp + 3*k*Wr + 3*Wr) rounded
+ * up to 32 (Wr = width + 8, Wp = width + 2*(k/2) + 8, both rounded up to 8, k =
+ * avgWindow); F the largest of the Sobel (and for aperture 3 Scharr) and Lowpass 32f
+ * queries for the ROI. It depends on the thread count: query with the count the call
+ * will use. The fused pass runs in parallel bands of rows (at least 32 rows and 64K
+ * pixels a thread); results are the same for every thread count. */
+VNX_API vnxStatus vnxiMinEigenValGetBufferSize_8u32f_C1R(vnxiSize roiSize, int apertureSize, int avgWindow,
+                                                         int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiEigenValsVecsGetBufferSize_8u32f_C1R(vnxiSize roiSize, int apertureSize, int avgWindow,
+                                                           int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMinEigenValGetBufferSize_32f_C1R(vnxiSize roiSize, int apertureSize, int avgWindow,
+                                                       int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiEigenValsVecsGetBufferSize_32f_C1R(vnxiSize roiSize, int apertureSize, int avgWindow,
+                                                         int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMinEigenVal_8u32f_C1R(const vnx8u* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                            vnxiSize roiSize, int kernType, int apertureSize, int avgWindow,
+                                            vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiEigenValsVecs_8u32f_C1R(const vnx8u* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                              vnxiSize roiSize, int kernType, int apertureSize, int avgWindow,
+                                              vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMinEigenVal_32f_C1R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                          vnxiSize roiSize, int kernType, int apertureSize, int avgWindow,
+                                          vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiEigenValsVecs_32f_C1R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                            vnxiSize roiSize, int kernType, int apertureSize, int avgWindow,
+                                            vnx8u* pBuffer) VNX_NOEXCEPT;
+
 /* ---- Pyramids, sub-pixel copy and optical flow (pyramids) -------------------- */
 
 /* ---- Distance transforms, flood fill and marker labelling (distance, segment)  */

@@ -63,6 +63,12 @@ const bool registered[] = {
         },
         VB_CV(cv::Mat e = m8(f.edges); cv::Canny(m16(f.dx), m16(f.dy), e, 80, 240, false))),
     registerPair(
+        "MinEigenVal_Sobel3_Window3", 5 * kPixels,
+        [] {
+          vnxiMinEigenVal_8u32f_C1R(f.img.data(), kWidth, f.out.data(), 4 * kWidth, kRoi, 0, 3, 3, f.buf.data());
+        },
+        VB_CV(cv::Mat o = m32(f.out); cv::cornerMinEigenVal(m8(f.img), o, 3, 3, cv::BORDER_REPLICATE))),
+    registerPair(
         "HoughLine_8u32f", kPixels,
         [] {
           int n = 0, size = 0;

@@ -59,3 +59,31 @@ void ownHoughVoteRow_sse2(const std::int32_t* xs, int n, float ysin, float cosT,
 // out-of-range conversion), which the size query wraps as 32-bit arithmetic.
 std::int32_t ownHoughRhoCount(vnxiSize roi, float rhoStep);
 std::int32_t ownHoughThetaCount(float thetaStep);
+
+// Corner measures. Row kernels of the fused pass: products of the derivatives, box sums
+// along x (taps summed left to right), box sums down the rows (top to bottom) times the
+// box scale, then the eigen solution per pixel.
+// Products of columns 0 .. n - 1 into xx, xy, yy, each padded by `reach` replicated
+// columns on both sides (xx[-reach] .. xx[n - 1 + reach]).
+template <class D>
+void ownCornerProductsRow(const D* dx, const D* dy, float* xx, float* xy, float* yy, int x0, int n, int reach);
+template <class D>
+void ownCornerProductsRow_sse2(const D* dx, const D* dy, float* xx, float* xy, float* yy, int n, int reach);
+// h[x] = ((p[x - r] + p[x - r + 1]) + ...) + p[x + r] for a window of 2r + 1.
+void ownBoxRowSums(const float* p, float* h, int x0, int n, int window);
+void ownBoxRowSums_sse2(const float* p, float* h, int n, int window);
+// m[x] = (((rows[0][x] + rows[1][x]) + ...) + rows[window - 1][x]) * scale.
+void ownBoxColumnSums(const float* const* rows, float* m, int x0, int n, int window, float scale);
+void ownBoxColumnSums_sse2(const float* const* rows, float* m, int n, int window, float scale);
+// Smaller eigenvalue from the box means with the half scale h = s / 2 applied first:
+// a = mxx * h, b = mxy * h, c = myy * h, l2 = (a + c) - sqrt((a - c) * (a - c) + 4 * (b * b)).
+void ownMinEigenRow(const float* mxx, const float* mxy, const float* myy, float* dst, int x0, int n, float half);
+void ownMinEigenRow_sse2(const float* mxx, const float* mxy, const float* myy, float* dst, int n, float half);
+// The box means and the smaller eigenvalue in one pass over the rows of box sums.
+void ownMinEigenColumns(const float* const* xx, const float* const* xy, const float* const* yy, float* dst, int x0,
+                        int n, int window, float boxScale, float half);
+void ownMinEigenColumns_sse2(const float* const* xx, const float* const* xy, const float* const* yy, float* dst,
+                             int n, int window, float boxScale, float half);
+// l1, l2 and the two unit eigenvectors per pixel (six floats), scale s, vector sign g.
+void ownEigenValsVecsRow(const float* mxx, const float* mxy, const float* myy, float* dst, int x0, int n, float s,
+                         float sign);
