@@ -15,8 +15,9 @@ template <class T>
 void ownGradientColorRow(const T* src, T* dst, int x0, int n, ownColorNorm norm);
 
 // Canny. The work buffer: a candidate map of (w + 2) x (h + 2) bytes (0x80 marks a pixel
-// kept by suppression above the low threshold, 0x40 in addition one above the high
-// threshold; the outer ring is never marked), an edge stack of (row, column) entries in
+// kept by suppression above the low threshold and not yet in the output, 0x40 a seed,
+// kept above the high threshold and already 255 in the output; the outer ring is never
+// marked), an edge stack of (row, column) entries in
 // map coordinates, 16-bit fields while w + 2 and h + 2 are below 65535, and a ring of
 // magnitude rows of w + 6 elements (32-bit integers for 16s, floats for 32f).
 constexpr vnx8u kOwnCannyCandidate = 0x80, kOwnCannySeed = 0x40;

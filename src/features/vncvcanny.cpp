@@ -53,9 +53,17 @@ inline std::int64_t ownCannyRingBytes(int width) { return 3 * (std::int64_t(widt
 
 // Rows y0 .. y1 - 1 of the map: the band computes magnitudes of rows y0 - 1 .. y1 (0
 // beyond the ROI, columns beyond it are 0 too) into its ring and suppresses row by row.
+// Output row from its map row: 255 for the seeds, 0 elsewhere.
+void ownCannySeedRow(const vnx8u* map, vnx8u* d, int n) {
+  const __m128i seed = _mm_set1_epi8(static_cast<char>(kOwnCannySeed));
+  int x = 0;
+  for (; x + 16 <= n; x += 16) ownStore(d + x, _mm_cmpeq_epi8(ownLoad(map + x), seed));
+  for (; x < n; ++x) d[x] = map[x] == kOwnCannySeed ? 255 : 0;
+}
+
 template <class D, class M>
-void ownCannyBand(const D* pDx, int dxStep, const D* pDy, int dyStep, vnxiSize roi, M low, M high,
-                  const ownCannyLayout& lay, char* ring, int y0, int y1) {
+void ownCannyBand(const D* pDx, int dxStep, const D* pDy, int dyStep, vnx8u* pDst, int dstStep, vnxiSize roi, M low,
+                  M high, const ownCannyLayout& lay, char* ring, int y0, int y1) {
   const std::int64_t stride = std::int64_t(roi.width) + 6;
   M* rows[3];
   for (int k = 0; k < 3; ++k) {
@@ -80,43 +88,34 @@ void ownCannyBand(const D* pDx, int dxStep, const D* pDy, int dyStep, vnxiSize r
     mapRow[roi.width] = 0;
     ownCannySuppressRow_sse2(ownRow(pDx, dxStep, y), ownRow(pDy, dyStep, y), slot(y - 1), slot(y), slot(y + 1),
                              mapRow, roi.width, high);
+    ownCannySeedRow(mapRow, ownRow(pDst, dstStep, y), roi.width);
   }
 }
 
-// Seeds in raster order: each map byte with the seed flag becomes 255 in the output,
-// loses its candidate flag and is pushed; every other output byte becomes 0.
+// Seeds in raster order (their output bytes are 255 already, every other output byte 0).
 template <class E>
-std::int64_t ownCannySeeds(const ownCannyLayout& lay, vnx8u* pDst, int dstStep, vnxiSize roi) {
+std::int64_t ownCannySeeds(const ownCannyLayout& lay, vnxiSize roi) {
   ownEdgeEntry<E>* stack = reinterpret_cast<ownEdgeEntry<E>*>(lay.stack);
   std::int64_t sp = 0;
   const __m128i seedBit = _mm_set1_epi8(static_cast<char>(kOwnCannySeed));
   for (int y = 0; y < roi.height; ++y) {
-    vnx8u* m = lay.map + (y + 1) * lay.mapStride + 1;
-    vnx8u* d = ownRow(pDst, dstStep, y);
-    auto push = [&](int x) {
-      m[x] = 0;
-      stack[sp++] = {static_cast<E>(y + 1), static_cast<E>(x + 1)};
-    };
+    const vnx8u* m = lay.map + (y + 1) * lay.mapStride + 1;
+    auto push = [&](int x) { stack[sp++] = {static_cast<E>(y + 1), static_cast<E>(x + 1)}; };
     int x = 0;
-    for (; x + 16 <= roi.width; x += 16) {
-      const __m128i b = ownLoad(m + x);
-      const __m128i seeds = _mm_cmpeq_epi8(_mm_and_si128(b, seedBit), seedBit);
-      ownStore(d + x, seeds);
-      for (unsigned bits = static_cast<unsigned>(_mm_movemask_epi8(seeds)); bits; bits &= bits - 1)
+    for (; x + 16 <= roi.width; x += 16)
+      for (unsigned bits = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(ownLoad(m + x), seedBit))); bits;
+           bits &= bits - 1)
         push(x + __builtin_ctz(bits));
-    }
-    for (; x < roi.width; ++x) {
-      const bool seed = (m[x] & kOwnCannySeed) != 0;
-      d[x] = seed ? 255 : 0;
-      if (seed) push(x);
-    }
+    for (; x < roi.width; ++x)
+      if (m[x] == kOwnCannySeed) push(x);
   }
   return sp;
 }
 
 // Pops the top entry and visits upper-left, upper, upper-right, left, right, lower-left,
 // lower, lower-right: a candidate not yet in the output becomes 255 and is pushed.
-// Clearing its candidate flag stands for "output still 0", so each pixel is pushed once.
+// Clearing its candidate flag stands for "output still 0" (seeds never had it), so each
+// pixel is pushed once.
 template <class E>
 void ownCannyHysteresis(const ownCannyLayout& lay, std::int64_t sp, vnx8u* pDst, int dstStep) {
   ownEdgeEntry<E>* stack = reinterpret_cast<ownEdgeEntry<E>*>(lay.stack);
@@ -148,12 +147,12 @@ void ownCanny(const D* pDx, int dxStep, const D* pDy, int dyStep, vnx8u* pDst, i
   if (nBands > 1 && nBands * ringBytes > lay.stackBytes) nBands = 1;
   ownRunBands(ownBandSplit{roi.height, nBands}, [&](int b, int y0, int y1) {
     char* ring = nBands > 1 ? lay.stack + b * ringBytes : lay.ring;
-    ownCannyBand(pDx, dxStep, pDy, dyStep, roi, low, high, lay, ring, y0, y1);
+    ownCannyBand(pDx, dxStep, pDy, dyStep, pDst, dstStep, roi, low, high, lay, ring, y0, y1);
   });
   if (ownCannySmallStack(roi))
-    ownCannyHysteresis<std::uint16_t>(lay, ownCannySeeds<std::uint16_t>(lay, pDst, dstStep, roi), pDst, dstStep);
+    ownCannyHysteresis<std::uint16_t>(lay, ownCannySeeds<std::uint16_t>(lay, roi), pDst, dstStep);
   else
-    ownCannyHysteresis<std::uint32_t>(lay, ownCannySeeds<std::uint32_t>(lay, pDst, dstStep, roi), pDst, dstStep);
+    ownCannyHysteresis<std::uint32_t>(lay, ownCannySeeds<std::uint32_t>(lay, roi), pDst, dstStep);
 }
 
 // A float threshold as the 16s member compares it: truncated toward zero; one at or

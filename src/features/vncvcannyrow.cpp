@@ -78,7 +78,7 @@ void ownCannySuppressRow(const D* dx, const D* dy, const M* up, const M* mid, co
         keep = m > up[x - 1] && m > down[x + 1];
       else
         keep = m > std::max(down[x - 1], up[x + 1]);
-      if (keep) flag = m > high ? kOwnCannyCandidate | kOwnCannySeed : kOwnCannyCandidate;
+      if (keep) flag = m > high ? kOwnCannySeed : kOwnCannyCandidate;
     }
     map[x] = flag;
   }
@@ -117,7 +117,7 @@ inline __m128i ownBlend(__m128i sel, __m128i a, __m128i b) {
   return _mm_or_si128(_mm_and_si128(sel, a), _mm_andnot_si128(sel, b));
 }
 
-// Flags of four pixels as 32-bit lanes: 0x80 kept, 0xC0 kept and above high.
+// Flags of four pixels as 32-bit lanes: 0x80 kept, 0x40 kept and above high (a seed).
 template <class D, class M>
 inline __m128i ownSuppress4(const D* dx, const D* dy, const M* up, const M* mid, const M* down, __m128i high) {
   const M tag = 0;
@@ -134,7 +134,7 @@ inline __m128i ownSuppress4(const D* dx, const D* dy, const M* up, const M* mid,
   __m128i keep = ownBlend(horiz, keepH, ownBlend(vert, keepV, ownBlend(differ, keepDiff, keepSame)));
   keep = _mm_and_si128(keep, ownGt(m, _mm_setzero_si128(), tag));
   const __m128i seed = _mm_and_si128(keep, ownGt(m, high, tag));
-  return _mm_or_si128(_mm_and_si128(keep, _mm_set1_epi32(kOwnCannyCandidate)),
+  return _mm_or_si128(_mm_andnot_si128(seed, _mm_and_si128(keep, _mm_set1_epi32(kOwnCannyCandidate))),
                       _mm_and_si128(seed, _mm_set1_epi32(kOwnCannySeed)));
 }
 
