@@ -830,7 +830,7 @@ VNX_API vnxStatus vnxiSampleLine_32f_C3R(const vnx32f* pSrc, int srcStep, vnxiSi
  * processor makers; results are the same on every build and thread count of one machine).
  * Results are not wrapped: (0, 0) and (1, 0) give -0.14050041, (1, -1e-30) 360.14050041.
  * The last len mod 4 elements go through the same vector code. A NaN input gives the
- * library's NaN. pDst may equal a source. Checks: a null pointer (-8), len < 1 (-6). */
+ * library's NaN. pDst may equal a source. Checks: a null pointer (-8), len < 1 (-6). Serial. */
 VNX_API vnxStatus vnxibFastArctan_32f(const vnx32f* pSrcY, const vnx32f* pSrcX, vnx32f* pDst, int len) VNX_NOEXCEPT;
 
 /* Colour gradient to gray, norm 0 max, 1 L1, 2 L2 of the channels c0, c1, c2:
