@@ -832,6 +832,159 @@ VNX_API vnxStatus vnxiSampleLine_32f_C3R(const vnx32f* pSrc, int srcStep, vnxiSi
 
 /* ---- Edges and features: Canny, corners, Hough lines, arctangent (features) -- */
 
+/* Fast arctangent: pDst[i] = the angle of (pSrcX[i], pSrcY[i]) in degrees, from the fit
+ * a = (-15.8131895*r + 61.094196)*r - 0.14050041 of r = min(|x|,|y|) / max(|x|,|y|,1e-8),
+ * then a = 90 - a if |x| < |y|, a = 180 - a if x < 0, a = 360 - a if y < 0 (strict tests:
+ * -0.0 counts as non-negative). r is m times the processor's approximate reciprocal of M
+ * refined by one Newton step, so the last bits may differ from a division (and between
+ * processor makers; results are the same on every build and thread count of one machine).
+ * Results are not wrapped: (0, 0) and (1, 0) give -0.14050041, (1, -1e-30) 360.14050041.
+ * The last len mod 4 elements go through the same vector code. A NaN input gives the
+ * library's NaN. pDst may equal a source. Checks: a null pointer (-8), len < 1 (-6). Serial. */
+VNX_API vnxStatus vnxibFastArctan_32f(const vnx32f* pSrcY, const vnx32f* pSrcX, vnx32f* pDst, int len) VNX_NOEXCEPT;
+
+/* Colour gradient to gray, norm 0 max, 1 L1, 2 L2 of the channels c0, c1, c2:
+ *   8u:  max; ((c0+c1+c2)*1365 + 2048) >> 12; floor(sqrt(float(c0^2+c1^2+c2^2) / 3.0f) + 0.5)
+ *   16u: max; ((c0+c1+c2)*5461 + 8192) >> 14; the 8u L2 form (sum of squares exact in 64
+ *        bits before it is rounded to float), at most 65535
+ *   32f: max(|c0|,|c1|,|c2|); (|c0|+|c1|)+|c2|; sqrt((c0^2+c1^2)+c2^2), all in float and
+ *        without division by 3; a NaN channel gives the library's NaN for every norm.
+ * Checks: pSrc, pDst null (-8); width, height below 1 (-6); srcStep below 3 samples a
+ * pixel or dstStep below one (-14); 16u, 32f steps not multiples of 2, 4 (-108); norm not
+ * 0, 1, 2 (-5). Serial. */
+VNX_API vnxStatus vnxiGradientColorToGray_8u_C3C1R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep,
+                                                   vnxiSize roiSize, int norm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiGradientColorToGray_16u_C3C1R(const vnx16u* pSrc, int srcStep, vnx16u* pDst, int dstStep,
+                                                    vnxiSize roiSize, int norm) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiGradientColorToGray_32f_C3C1R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                                    vnxiSize roiSize, int norm) VNX_NOEXCEPT;
+
+/* Canny edge map (255 on edges, 0 elsewhere) from horizontal and vertical derivatives:
+ * m = |dx| + |dy| (16s: on 16 unsigned bits saturated at 65535, so -32768, -32768 gives
+ * 65535; 32f: in float). A pixel is a candidate only if it passes the low test, which
+ * differs on purpose: 16s keeps m > the truncated lowThresh (10.9 acts as 10), 32f keeps
+ * m >= lowThresh. Suppression with ax = |dx|, ay = |dy| as floats and tan 22.5 = bits
+ * 0x3ED413CD, tan 67.5 = bits 0x401A827A: ay < ax*tan22.5 keeps m > left and m >= right;
+ * ax*tan67.5 < ay keeps m > above and m >= below; otherwise m > upper-left and m > lower-
+ * right when dx, dy have the same sign, m > max(lower-left, upper-right) when not. On a
+ * plateau of two equal magnitudes along the gradient the algorithm keeps the LEFT (upper)
+ * one: it passes m >= its right (lower) twin, the twin fails m > left. Magnitude beyond
+ * the ROI is 0, so a 1x1 ROI's pixel survives when its magnitude passes the low test.
+ * A kept pixel above highThresh (strictly; 16s: the truncated value) is a seed; seeds are
+ * taken in raster order, then hysteresis pops last-in-first-out and marks 8-connected
+ * candidates (upper-left, upper, upper-right, left, right, lower-left, lower, lower-right).
+ * A NaN threshold passes the checks and compares false: no candidate (or no seed).
+ * Checks: pSrcDx, pSrcDy, then pDstEdges, pBuffer null (-8); width, then height below 1
+ * (-6); derivative steps below 2*width (16s) or 4*width (32f), or dstEdgeStep below width
+ * (-14); derivative steps not multiples of 2 (4) (-108); lowThresh < 0 or highThresh <
+ * lowThresh (-5; equal thresholds are fine).
+ * vnxiCannyGetSize: null (-8), width or height below 1 (-6); 5*(w+2)*(h+2) + 16*w + 160
+ * when w+2 and h+2 are below 65535 (16-bit stack entries), else 9*(w+2)*(h+2) + 16*w + 160
+ * (32-bit entries); the same size serves both members. A buffer smaller than that is not
+ * detected. Magnitude and suppression run in parallel bands of rows (at least 32 rows and
+ * 64K pixels a thread); seeds and hysteresis then run on the calling thread, so the map is
+ * the serial one for every thread count. */
+VNX_API vnxStatus vnxiCannyGetSize(vnxiSize roiSize, int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiCanny_16s8u_C1R(const vnx16s* pSrcDx, int srcDxStep, const vnx16s* pSrcDy, int srcDyStep,
+                                      vnx8u* pDstEdges, int dstEdgeStep, vnxiSize roiSize, vnx32f lowThresh,
+                                      vnx32f highThresh, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiCanny_32f8u_C1R(const vnx32f* pSrcDx, int srcDxStep, const vnx32f* pSrcDy, int srcDyStep,
+                                      vnx8u* pDstEdges, int dstEdgeStep, vnxiSize roiSize, vnx32f lowThresh,
+                                      vnx32f highThresh, vnx8u* pBuffer) VNX_NOEXCEPT;
+
+/* Hough lines. Resolution of the accumulator: distance step in pixels, angle step in
+ * radians, passed by value. */
+typedef struct {
+  vnx32f rho;
+  vnx32f theta;
+} vnxiHoughDelta;
+/* Every non-zero pixel (x, y) votes in theta rows t = 0 .. nTheta-1 for the rho index
+ * round(x*cos_t + y*sin_t) + (nRho-1)/2, the products taken in float as float(x)*c_t +
+ * float(y)*s_t and rounded to nearest with ties to even; c_t, s_t are cos and sin of
+ * theta_t (theta_0 = 0, theta_t+1 = theta_t + delta.theta summed in float; cos, sin in
+ * double rounded to float) times the float 1/delta.rho. nRho = (2*(w+h)+1) / delta.rho in
+ * float and nTheta = pi / delta.theta in double (pi = 3.141592653589793), both truncated.
+ * The tables have nTheta+1 entries; the last (theta about pi) takes no votes, since its
+ * lines are those of theta 0. A cell of v votes is a peak when v > threshold, v > the
+ * cell at rho-1, v >= the cell at rho+1, v > the cell of the previous theta row (strict
+ * toward lower theta) and v >= the one of the next (rows outside 0..nTheta-1 hold 0).
+ * Peaks are taken theta row by theta row, rho ascending; each is inserted before the
+ * first line with fewer votes, so among equal votes the earlier-found (lower theta, then
+ * lower rho) line comes first; once maxLineCount lines are held, a peak below the last
+ * is not inserted. pLine gets (rho, theta) pairs, rho = (index - (nRho-1)/2) * delta.rho
+ * and theta = t * delta.theta in float, strongest first; *pLineCount the number written.
+ * The found count behind the warning counts every peak, inserted or not: more peaks than
+ * maxLineCount give vnxStatusTooManyLines (33) with the strongest maxLineCount written.
+ * Checks: pSrc, pLine, pLineCount, pBuffer null (-8); srcStep < 1 (-14, the step is not
+ * compared with the width); width, height or maxLineCount below 1 (-6); delta.rho not
+ * > 0 or above w+h, delta.theta not > 0 or above pi in float (3.14159274f, the float
+ * nearest pi, is accepted and gives nTheta = 1, entries 0 and pi), threshold < 1, or a
+ * resolution so fine that the work would not fit a buffer an int can size (-5). Serial.
+ * GetSize (roiSize, delta, maxLineCount, result): null (-8), width or height below 1
+ * (-6), delta.rho or delta.theta not > 0 (-5); then, with R = 4*nRho + 16, 16*
+ * maxLineCount + 4*R + 8*nTheta + (4*w + 48)*h + 200 summed in 32-bit arithmetic that
+ * wraps (a count past the int range converts to INT32_MIN) and stored as it stands; a
+ * sum above 2147483647 read as unsigned gives the warning vnxStatusSizeOverflow (12)
+ * with the wrapped size, the one exception to the library's size-query rule. */
+VNX_API vnxStatus vnxiHoughLineGetSize_8u_C1R(vnxiSize roiSize, vnxiHoughDelta delta, int maxLineCount,
+                                              int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiHoughLine_8u32f_C1R(const vnx8u* pSrc, int srcStep, vnxiSize roiSize, vnxiHoughDelta delta,
+                                          int threshold, vnx32f* pLine, int maxLineCount, int* pLineCount,
+                                          vnx8u* pBuffer) VNX_NOEXCEPT;
+
+/* Corner measures of an 8u (or 32f) image, per pixel, from the box means Mxx, Mxy, Myy
+ * over avgWindow x avgWindow (3 or 5) of dx*dx, dx*dy, dy*dy (products in float): dx by
+ * FilterSobelVert and dy by FilterSobelHoriz with mask 11*apertureSize (kernType 0), or
+ * FilterScharrVert / ScharrHoriz (kernType 1, aperture 3), replicated border; the box
+ * means as FilterLowpassBorder_32f with the replicated border gives them (sums along x
+ * left to right, then down the rows top to bottom, times 1.0f/(k*k)), so the results
+ * equal the composition of those exports bit for bit. Scale s: 8u 1/4080 (aperture 3),
+ * 1/65280 (5); 32f sources 1/16 and 1/256 (the 8u scales without the 255 of the 8-bit
+ * range); Scharr times 0.6125 (bits 0x3F1CCCCD).
+ * MinEigenVal: a = Mxx*h, b = Mxy*h, c = Myy*h with h = s/2, then
+ *   (a + c) - sqrt((a - c)*(a - c) + 4.0f*(b*b)), all in float.
+ * EigenValsVecs, six floats a pixel (l1, l2, x1, y1, x2, y2): p = s*Mxx, q = s*Mxy,
+ *   r = s*Myy, t = 0.01f*max(p, r), d = sqrt(4*q*q + (p - r)*(p - r)), l1 = (p + r + d)*0.5,
+ *   l2 = (p + r - d)*0.5; min(p, r) < t or p*r - q*q < t gives six zeros; else |q| < t gives
+ *   l1, l2, (1, 0), (0, 1); else with g = -q (Sobel) or +q (Scharr) the vectors (g, l1 - p)
+ *   and (g, l2 - p) over their lengths, a length below 1.1920929e-7 taken as that value.
+ *   A constant image gives p = q = r = 0: six zeros (and MinEigenVal 0).
+ * A NaN result is the library's NaN. Checks: pSrc, pDst, pBuffer null (-8); width, height
+ * below 1 (-6); srcStep below width samples, dstStep below 4*width (MinEigenVal) or
+ * 24*width (EigenValsVecs) (-14); dstStep (and for 32f srcStep) not a multiple of 4
+ * (-108); kernType not 0 or 1 (-5); apertureSize not 3 or 5, or Scharr with 5 (-6);
+ * avgWindow not 3 or 5 (-6, not -33). A failing derivative filter's status is returned.
+ * GetBufferSize (one function for both measures of a source type): null (-8), width or
+ * height below 1 (-6), apertureSize not 3 or 5 (-6), avgWindow not 3 or 5 (-6); reports
+ * 2*P + 3*Q*(threads > 1 ? 2 : 1) + threads*B + F + 32 with P the dx or dy plane
+ * (width*height*2 bytes for 8u, *4 for 32f) and Q = 4*W16*height (W16 the width rounded
+ * up to 16), each rounded up to 32; B the band scratch, 4*(3*Wp + 3*k*Wr + 3*Wr) rounded
+ * up to 32 (Wr = width + 8, Wp = width + 2*(k/2) + 8, both rounded up to 8, k =
+ * avgWindow); F the largest of the Sobel (and for aperture 3 Scharr) and Lowpass 32f
+ * queries for the ROI. It depends on the thread count: query with the count the call
+ * will use. The fused pass runs in parallel bands of rows (at least 32 rows and 64K
+ * pixels a thread); results are the same for every thread count. */
+VNX_API vnxStatus vnxiMinEigenValGetBufferSize_8u32f_C1R(vnxiSize roiSize, int apertureSize, int avgWindow,
+                                                         int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiEigenValsVecsGetBufferSize_8u32f_C1R(vnxiSize roiSize, int apertureSize, int avgWindow,
+                                                           int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMinEigenValGetBufferSize_32f_C1R(vnxiSize roiSize, int apertureSize, int avgWindow,
+                                                       int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiEigenValsVecsGetBufferSize_32f_C1R(vnxiSize roiSize, int apertureSize, int avgWindow,
+                                                         int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMinEigenVal_8u32f_C1R(const vnx8u* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                            vnxiSize roiSize, int kernType, int apertureSize, int avgWindow,
+                                            vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiEigenValsVecs_8u32f_C1R(const vnx8u* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                              vnxiSize roiSize, int kernType, int apertureSize, int avgWindow,
+                                              vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMinEigenVal_32f_C1R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                          vnxiSize roiSize, int kernType, int apertureSize, int avgWindow,
+                                          vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiEigenValsVecs_32f_C1R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                            vnxiSize roiSize, int kernType, int apertureSize, int avgWindow,
+                                            vnx8u* pBuffer) VNX_NOEXCEPT;
+
 /* ---- Pyramids, sub-pixel copy and optical flow (pyramids) -------------------- */
 
 /* ---- Distance transforms, flood fill and marker labelling (distance, segment)  */

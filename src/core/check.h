@@ -120,6 +120,7 @@ inline vnxStatus ownCheckMaskedNorm(vnxiSize roi, std::initializer_list<ownStatS
   const ownStep m = ownImg<vnx8u>(maskStep, roi.width);
   vnxStatus st = n == 1 ? ownCheckSourcesThenMask({steps[0]}, m) : ownCheckSourcesThenMask({steps[0], steps[1]}, m);
   return st ? st : ownCheckChannelOfInterest(channels, coi);
+}
 
 // ---- filters: the fixed-kernel filters, the pipeline passes and their size queries ----
 

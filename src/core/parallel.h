@@ -135,3 +135,10 @@ constexpr int kOwnDistanceMinHeight = 64;
 inline int ownDistanceBandCount(vnxiSize roi) noexcept {
   return roi.height < kOwnDistanceMinHeight ? 1 : ownBandCount(roi, kOwnBandsDistance);
 }
+
+// Edges and features. Canny's magnitude and suppression: each band recomputes the one
+// magnitude row above and below it, so bands need rows enough to pay for two extra rows
+// and the fork; 64K pixels a thread.
+constexpr ownBandPolicy kOwnBandsCanny{std::int64_t{1} << 16, 32, 1, ownCoreTest::Ignore};
+// Corner measures: each band refills a derivative ring and box sums of its own.
+constexpr ownBandPolicy kOwnBandsCorners{std::int64_t{1} << 16, 32, 1, ownCoreTest::Ignore};

@@ -286,9 +286,8 @@ struct ownLanes16 {
   static unsigned hmin(__m128i m) { return ownFoldLanes<2>(m, [](__m128i a, __m128i b) { return min(a, b); }); }
 };
 
-// Four floats from anywhere (no alignment needed) or from a 16-byte boundary, and
+// Four floats from a 16-byte boundary (ownLoadPs above loads from anywhere), and
 // one sample from any address (a source may start at an odd byte).
-inline __m128 ownLoadPs(const float* p) { return _mm_loadu_ps(p); }
 inline __m128 ownLoadAlignedPs(const float* p) { return _mm_load_ps(p); }
 template <class T>
 inline T ownLoadSample(const T* p) {
@@ -317,9 +316,6 @@ inline void ownWidenSelector(__m128 sel, __m128d& lo, __m128d& hi) {
   hi = _mm_castsi128_pd(_mm_unpackhi_epi32(k, k));
 }
 inline __m128d ownKeepPd(__m128d sel, __m128d v) { return _mm_and_pd(v, sel); }
-// sel ? v : +0.0 for floats; |a - b| of floats (difference rounded to single precision first).
-inline __m128 ownKeepPs(__m128 sel, __m128 v) { return _mm_and_ps(v, sel); }
-inline __m128 ownAbsDiffPs(__m128 a, __m128 b) { return ownAbsPs(_mm_sub_ps(a, b)); }
 // Lane-wise max(v, acc) and min(v, acc): a NaN lane of v leaves acc as it was.
 inline __m128 ownMaxSkipNaN(__m128 v, __m128 acc) { return _mm_max_ps(v, acc); }
 inline __m128 ownMinSkipNaN(__m128 v, __m128 acc) { return _mm_min_ps(v, acc); }

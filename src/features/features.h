@@ -1,0 +1,90 @@
+// Internals of the edges-and-features family that the kernel tests reach.
+#pragma once
+
+#include <emmintrin.h>
+
+#include "own.h"
+
+// Fast arctangent: four angles in degrees, and a row through the same vector code.
+__m128 ownFastArctan4(__m128 y, __m128 x);
+void ownFastArctanRow(const vnx32f* y, const vnx32f* x, vnx32f* dst, int len);
+
+// Colour gradient norms, by their public codes.
+enum class ownColorNorm : int { Max = 0, L1 = 1, L2 = 2 };
+template <class T>
+void ownGradientColorRow(const T* src, T* dst, int x0, int n, ownColorNorm norm);
+
+// Canny. The work buffer: a candidate map of (w + 2) x (h + 2) bytes (0x80 marks a pixel
+// kept by suppression above the low threshold and not yet in the output, 0x40 a seed,
+// kept above the high threshold and already 255 in the output; the outer ring is never
+// marked), an edge stack of (row, column) entries in
+// map coordinates, 16-bit fields while w + 2 and h + 2 are below 65535, and a ring of
+// magnitude rows of w + 6 elements (32-bit integers for 16s, floats for 32f).
+constexpr vnx8u kOwnCannyCandidate = 0x80, kOwnCannySeed = 0x40;
+// tan 22.5 and tan 67.5 degrees as the suppression uses them (bits 0x3ED413CD, 0x401A827A).
+constexpr float kOwnTan22 = 0x1.a8279ap-2f, kOwnTan67 = 0x1.3504f4p+1f;
+std::int64_t ownCannyBufferBytes(vnxiSize roi);
+bool ownCannySmallStack(vnxiSize roi);
+// Magnitude rows: m = |dx| + |dy| (16s: on 16 unsigned bits, saturated) where it passes
+// the low test (16s: m > low, 32f: m >= low), 0 elsewhere; columns x0 .. n - 1.
+void ownCannyMagnitudeRow(const vnx16s* dx, const vnx16s* dy, int* m, int x0, int n, int low);
+void ownCannyMagnitudeRow(const vnx32f* dx, const vnx32f* dy, float* m, int x0, int n, float low);
+void ownCannyMagnitudeRow_sse2(const vnx16s* dx, const vnx16s* dy, int* m, int n, int low);
+void ownCannyMagnitudeRow_sse2(const vnx32f* dx, const vnx32f* dy, float* m, int n, float low);
+// Suppression of one row: map[x] for x0 .. n - 1 from the magnitude rows above, at and
+// below (columns -1 and n readable), the derivatives and the high threshold.
+template <class D, class M>
+void ownCannySuppressRow(const D* dx, const D* dy, const M* up, const M* mid, const M* down, vnx8u* map, int x0,
+                         int n, M high);
+void ownCannySuppressRow_sse2(const vnx16s* dx, const vnx16s* dy, const int* up, const int* mid, const int* down,
+                              vnx8u* map, int n, int high);
+void ownCannySuppressRow_sse2(const vnx32f* dx, const vnx32f* dy, const float* up, const float* mid,
+                              const float* down, vnx8u* map, int n, float high);
+
+// Hough lines. Gathered points: for each ROI row with non-zero pixels, its y, its count
+// and the x of each, in raster order. Votes of one theta row: the rho index of every
+// point, rounded to nearest (ties to even) from float(x) * cos + (float(y) * sin), plus
+// `offset`, clamped to the row's counters 0 .. nCounters - 1 (the ring row starts two
+// counters before rho index 0).
+struct ownHoughRowPoints {
+  const std::int32_t* xs;
+  int count;
+  int y;
+};
+void ownHoughVoteRow(const std::int32_t* xs, int x0, int n, float ysin, float cosT, int offset, int nCounters,
+                     std::int32_t* acc);
+void ownHoughVoteRow_sse2(const std::int32_t* xs, int n, float ysin, float cosT, int offset, int nCounters,
+                          std::int32_t* acc);
+// Derived counts: nRho = (2 * (w + h) + 1) / rhoStep in float, nTheta = pi / thetaStep in
+// double, both truncated; a count past the int range is INT32_MIN (the processor's
+// out-of-range conversion), which the size query wraps as 32-bit arithmetic.
+std::int32_t ownHoughRhoCount(vnxiSize roi, float rhoStep);
+std::int32_t ownHoughThetaCount(float thetaStep);
+
+// Corner measures. Row kernels of the fused pass: products of the derivatives, box sums
+// along x (taps summed left to right), box sums down the rows (top to bottom) times the
+// box scale, then the eigen solution per pixel.
+// Products of columns 0 .. n - 1 into xx, xy, yy, each padded by `reach` replicated
+// columns on both sides (xx[-reach] .. xx[n - 1 + reach]).
+template <class D>
+void ownCornerProductsRow(const D* dx, const D* dy, float* xx, float* xy, float* yy, int x0, int n, int reach);
+template <class D>
+void ownCornerProductsRow_sse2(const D* dx, const D* dy, float* xx, float* xy, float* yy, int n, int reach);
+// h[x] = ((p[x - r] + p[x - r + 1]) + ...) + p[x + r] for a window of 2r + 1.
+void ownBoxRowSums(const float* p, float* h, int x0, int n, int window);
+void ownBoxRowSums_sse2(const float* p, float* h, int n, int window);
+// m[x] = (((rows[0][x] + rows[1][x]) + ...) + rows[window - 1][x]) * scale.
+void ownBoxColumnSums(const float* const* rows, float* m, int x0, int n, int window, float scale);
+void ownBoxColumnSums_sse2(const float* const* rows, float* m, int n, int window, float scale);
+// Smaller eigenvalue from the box means with the half scale h = s / 2 applied first:
+// a = mxx * h, b = mxy * h, c = myy * h, l2 = (a + c) - sqrt((a - c) * (a - c) + 4 * (b * b)).
+void ownMinEigenRow(const float* mxx, const float* mxy, const float* myy, float* dst, int x0, int n, float half);
+void ownMinEigenRow_sse2(const float* mxx, const float* mxy, const float* myy, float* dst, int n, float half);
+// The box means and the smaller eigenvalue in one pass over the rows of box sums.
+void ownMinEigenColumns(const float* const* xx, const float* const* xy, const float* const* yy, float* dst, int x0,
+                        int n, int window, float boxScale, float half);
+void ownMinEigenColumns_sse2(const float* const* xx, const float* const* xy, const float* const* yy, float* dst,
+                             int n, int window, float boxScale, float half);
+// l1, l2 and the two unit eigenvectors per pixel (six floats), scale s, vector sign g.
+void ownEigenValsVecsRow(const float* mxx, const float* mxy, const float* myy, float* dst, int x0, int n, float s,
+                         float sign);

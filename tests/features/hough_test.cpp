@@ -1,0 +1,179 @@
+// Hough lines against a whole-accumulator reference written from the definition.
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+#include "features/features.h"
+#include "support.h"
+
+namespace {
+
+struct Line {
+  float rho, theta;
+  bool operator==(const Line& o) const { return vt::bits(rho) == vt::bits(o.rho) && vt::bits(theta) == vt::bits(o.theta); }
+};
+std::ostream& operator<<(std::ostream& os, const Line& l) { return os << "(" << l.rho << ", " << l.theta << ")"; }
+
+// Whole accumulator, peaks in theta-then-rho order, stable sort by votes.
+std::vector<Line> houghRef(const vt::Image<vnx8u>& img, vnxiHoughDelta d, int threshold, int maxLines, bool* tooMany) {
+  const int w = img.width(), h = img.height();
+  const int nRho = int(float(2 * (w + h) + 1) / d.rho);
+  const int nTheta = std::max(1, int(3.141592653589793 / double(d.theta)));
+  std::vector<float> c(nTheta), s(nTheta);
+  float th = 0;
+  for (int t = 0; t < nTheta; ++t, th += d.theta) {
+    c[t] = float(std::cos(double(th))) * (1.0f / d.rho);
+    s[t] = float(std::sin(double(th))) * (1.0f / d.rho);
+  }
+  const int half = (nRho - 1) / 2;
+  std::vector<int> acc(std::size_t(nTheta + 2) * (nRho + 2), 0);
+  auto A = [&](int t, int r) -> int& { return acc[std::size_t(t + 1) * (nRho + 2) + r + 1]; };
+  for (int y = 0; y < h; ++y)
+    for (int x = 0; x < w; ++x)
+      if (img.at(x, y))
+        for (int t = 0; t < nTheta; ++t) {
+          const float v = float(x) * c[t] + float(y) * s[t];
+          ++A(t, int(std::nearbyint(v)) + half);
+        }
+  struct Peak { int votes, t, r; };
+  std::vector<Peak> peaks;
+  for (int t = 0; t < nTheta; ++t)
+    for (int r = 0; r < nRho; ++r) {
+      const int v = A(t, r);
+      if (v > threshold && v > A(t, r - 1) && v >= A(t, r + 1) && v > A(t - 1, r) && v >= A(t + 1, r))
+        peaks.push_back({v, t, r});
+    }
+  std::stable_sort(peaks.begin(), peaks.end(), [](const Peak& a, const Peak& b) { return a.votes > b.votes; });
+  *tooMany = int(peaks.size()) > maxLines;
+  std::vector<Line> out;
+  for (int i = 0; i < std::min<int>(maxLines, int(peaks.size())); ++i)
+    out.push_back({float(peaks[i].r - half) * d.rho, float(peaks[i].t) * d.theta});
+  return out;
+}
+
+vnxStatus hough(const vt::Image<vnx8u>& img, vnxiHoughDelta d, int threshold, int maxLines, std::vector<Line>* out) {
+  int size = 0;
+  EXPECT_EQ(vnxStatusOk, vnxiHoughLineGetSize_8u_C1R(img.size(), d, maxLines, &size));
+  vt::Span<vnx8u> buf(size);
+  vt::Span<vnx32f> lines(2 * std::size_t(maxLines));
+  int n = -1;
+  const vnxStatus st =
+      vnxiHoughLine_8u32f_C1R(img.ptr(), img.step(), img.size(), d, threshold, lines.data(), maxLines, &n, buf.data());
+  out->clear();
+  for (int i = 0; i < n; ++i) out->push_back({lines[2 * i], lines[2 * i + 1]});
+  return st;
+}
+
+TEST(HoughLine, MatchesTheReference) {
+  std::mt19937 rng(9);
+  struct Case { vnxiSize roi; vnxiHoughDelta d; int threshold, maxLines, density; } cases[] = {
+      {{1, 1}, {1, 0.1f}, 1, 4, 1},           {{40, 30}, {1, 3.14159265f / 180}, 4, 20, 12},
+      {{97, 61}, {2.5f, 0.05f}, 3, 7, 30},     {{64, 64}, {0.7f, 0.02f}, 5, 200, 8},
+      {{33, 7}, {1, 0.3f}, 1, 1000, 4},        {{200, 150}, {1, 3.14159265f / 180}, 20, 50, 60},
+  };
+  std::size_t total = 0;
+  for (const Case& c : cases) {
+    vt::Image<vnx8u> img(c.roi.width, c.roi.height, 1, 5);
+    img.fill([&](int x, int y, int) { return (rng() % c.density == 0) || (x == 2 * y % c.roi.width) ? 255 : 0; });
+    bool tooMany = false;
+    const auto ref = houghRef(img, c.d, c.threshold, c.maxLines, &tooMany);
+    std::vector<Line> got;
+    EXPECT_EQ(tooMany ? vnxStatusTooManyLines : vnxStatusOk, hough(img, c.d, c.threshold, c.maxLines, &got));
+    EXPECT_EQ(ref, got) << c.roi.width << "x" << c.roi.height;
+    total += ref.size();
+  }
+  EXPECT_GT(total, 50u);
+}
+
+TEST(HoughLine, EqualVotesKeepTheOrderFound) {
+  // Two separate vertical lines of 5 pixels: theta 0, rho 2 and rho 7, equal votes.
+  vt::Image<vnx8u> img(10, 5);
+  img.fill([](int x, int, int) { return x == 2 || x == 7 ? 1 : 0; });
+  std::vector<Line> got;
+  ASSERT_EQ(vnxStatusOk, hough(img, {1, 3.14159265f / 4}, 4, 2, &got));
+  ASSERT_EQ(2u, got.size());
+  EXPECT_EQ((Line{2, 0}), got[0]);
+  EXPECT_EQ((Line{7, 0}), got[1]);
+  // A list of one keeps the first found; the second peak still counts toward the warning.
+  ASSERT_EQ(vnxStatusTooManyLines, hough(img, {1, 3.14159265f / 4}, 4, 1, &got));
+  ASSERT_EQ(1u, got.size());
+  EXPECT_EQ((Line{2, 0}), got[0]);
+}
+
+TEST(HoughLine, DocumentedEdgeCases) {
+  vt::Image<vnx8u> zero(16, 9);
+  zero.fill([](int, int, int) { return 0; });
+  std::vector<Line> got;
+  EXPECT_EQ(vnxStatusOk, hough(zero, {1, 0.01f}, 1, 5, &got));
+  EXPECT_TRUE(got.empty());
+  // The float nearest pi is accepted: one theta row (theta 0), a column of votes.
+  EXPECT_EQ(1, ownHoughThetaCount(3.14159265f));
+  vt::Image<vnx8u> col(6, 6);
+  col.fill([](int x, int, int) { return x == 3 ? 255 : 0; });
+  ASSERT_EQ(vnxStatusOk, hough(col, {1, 3.14159265f}, 5, 3, &got));
+  ASSERT_EQ(1u, got.size());
+  EXPECT_EQ((Line{3, 0}), got[0]);
+  // rhoStep = width + height is accepted, one ulp more refused.
+  int n = 0;
+  float lines[4];
+  std::vector<vnx8u> buf(1 << 16);
+  EXPECT_EQ(vnxStatusOk, vnxiHoughLine_8u32f_C1R(col.ptr(), col.step(), col.size(), {12, 0.5f}, 1, lines, 2, &n, buf.data()));
+  EXPECT_EQ(vnxStatusBadArg, vnxiHoughLine_8u32f_C1R(col.ptr(), col.step(), col.size(), {std::nextafter(12.0f, 13.0f), 0.5f},
+                                                     1, lines, 2, &n, buf.data()));
+}
+
+TEST(HoughLine, BufferSizeFormulaAndOverflowWarning) {
+  int size = 0;
+  ASSERT_EQ(vnxStatusOk, vnxiHoughLineGetSize_8u_C1R({100, 50}, {1, 0.01f}, 10, &size));
+  const int nRho = 301, nTheta = 314;
+  EXPECT_EQ(16 * 10 + 4 * (4 * nRho + 16) + 8 * nTheta + (4 * 100 + 48) * 50 + 200, size);
+  // A huge ROI: the 32-bit sum wraps and the wrapped size comes with the warning.
+  ASSERT_EQ(vnxStatusSizeOverflow, vnxiHoughLineGetSize_8u_C1R({27000, 27000}, {1, 0.01f}, 10, &size));
+  const std::uint32_t wrapped = 16u * 10 + 4u * (4u * 108001 + 16) + 8u * 314 + (4u * 27000 + 48) * 27000u + 200;
+  EXPECT_LT(size, 0);
+  EXPECT_EQ(int(wrapped), size);
+  size = 7;
+  EXPECT_EQ(vnxStatusNullPtr, vnxiHoughLineGetSize_8u_C1R({0, 0}, {0, 0}, 1, nullptr));
+  EXPECT_EQ(vnxStatusBadSize, vnxiHoughLineGetSize_8u_C1R({0, 5}, {0, 0}, 1, &size));
+  EXPECT_EQ(vnxStatusBadArg, vnxiHoughLineGetSize_8u_C1R({5, 5}, {1, -0.0f}, 1, &size));
+  EXPECT_EQ(7, size);
+}
+
+TEST(HoughLine, StatusOrder) {
+  vt::Image<vnx8u> img(8, 8);
+  std::vector<vnx8u> buf(1 << 16);
+  float lines[8] = {9, 9, 9, 9, 9, 9, 9, 9};
+  int n = -3;
+  const vnx8u* p = img.ptr();
+  struct Row { vnxStatus st; const vnx8u* src; int step; vnxiSize roi; vnxiHoughDelta d; int thr; float* l; int max; int* cnt; } rows[] = {
+      {vnxStatusNullPtr, nullptr, 0, {0, 0}, {0, 0}, 0, lines, 4, &n},
+      {vnxStatusNullPtr, p, 8, {8, 8}, {1, 1}, 1, lines, 4, nullptr},
+      {vnxStatusBadStep, p, 0, {0, 8}, {0, 0}, 0, lines, 4, &n},
+      {vnxStatusBadSize, p, 1, {0, 8}, {0, 0}, 0, lines, 4, &n},
+      {vnxStatusBadSize, p, 8, {8, 8}, {0, 0}, 0, lines, 0, &n},
+      {vnxStatusBadArg, p, 8, {8, 8}, {0, 1}, 1, lines, 4, &n},
+      {vnxStatusBadArg, p, 8, {8, 8}, {17, 1}, 1, lines, 4, &n},
+      {vnxStatusBadArg, p, 8, {8, 8}, {1, 3.2f}, 1, lines, 4, &n},
+      {vnxStatusBadArg, p, 8, {8, 8}, {1, 1}, 0, lines, 4, &n},
+      {vnxStatusBadArg, p, 8, {8, 8}, {1e-30f, 1}, 1, lines, 4, &n},
+  };
+  for (const Row& r : rows)
+    EXPECT_EQ(r.st, vnxiHoughLine_8u32f_C1R(r.src, r.step, r.roi, r.d, r.thr, r.l, r.max, r.cnt, buf.data()));
+  EXPECT_EQ(-3, n);
+  EXPECT_EQ(9.0f, lines[0]);
+}
+
+TEST(HoughKernels, VectorVotesMatchTheTemplate) {
+  std::mt19937 rng(4);
+  vt::forKernelShapes(4, [&](int n, int off, vt::Guard g) {
+    vt::Span<std::int32_t> xs(n, off & ~3, g);
+    for (int i = 0; i < n; ++i) xs[i] = int(rng() % 5000);
+    std::vector<std::int32_t> a(12000, 0), b(12000, 0);
+    const float c = std::cos(0.3f), s = float(n) * 0.2f;
+    ownHoughVoteRow(xs.data(), 0, n, s, c, 5000, 12000, a.data());
+    ownHoughVoteRow_sse2(xs.data(), n, s, c, 5000, 12000, b.data());
+    ASSERT_EQ(a, b);
+  });
+}
+
+}  // namespace
