@@ -125,3 +125,8 @@ bool ownFitsCache(vnxiSize roi, int bytesPerPixel) noexcept;
 // everything else), so it is written with non-temporal stores, which also spare
 // the read-for-ownership of every destination line. The results are the same.
 bool ownStreamOutput(std::int64_t bytesTouched) noexcept;
+
+// ---- Morphology (dilation, erosion, rectangular minimum and maximum) ----------------
+// Each band refills its own ring of source rows, so a band needs enough rows and the
+// ROI enough pixels to pay for the fork and the rows synthesised twice.
+constexpr ownBandPolicy kOwnBandsMorph{std::int64_t{1} << 14, 16, 1, ownCoreTest::Ignore};
