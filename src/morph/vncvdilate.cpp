@@ -18,7 +18,7 @@ struct ownColumnGroups {
   int* pattern;
   int* rep;
   int* rows;
-  int groups = 0, multiRow = 0, columns = 0;
+  int groups = 0, columns = 0;
 
   ownColumnGroups(const vnx8u* mask, int mw, int mh, int* store) : pattern(store), rep(store + mw), rows(store + 2 * mw) {
     for (int i = 0; i < mw; ++i) {
@@ -36,12 +36,18 @@ struct ownColumnGroups {
       if (pattern[i] < 0) {
         rep[groups] = i;
         rows[groups] = n;
-        multiRow += n > 1;
         pattern[i] = groups++;
       }
     }
   }
 };
+
+// True when the n selected cells of column i start at row `first` without a gap.
+bool ownConsecutive(const vnx8u* mask, int mw, int i, int first, int n) {
+  for (int j = first; j < first + n; ++j)
+    if (!mask[static_cast<std::int64_t>(j) * mw + i]) return false;
+  return true;
+}
 
 template <class T>
 ownRingShape ownStateShape(const ownMorphState* s, int width, int channels, int reachUp, int reachDown) {
@@ -56,40 +62,57 @@ vnxStatus ownGeneralExtreme(const T* src, int srcStep, T* dst, int dstStep, vnxi
   if (!store) return vnxStatusNoMemory;
   const ownColumnGroups g(mask, mw, mh, static_cast<int*>(store.get()));
   const ownRingShape shape = ownStateShape<T>(s, roi.width, c, s->anchorY, s->bottomExtent);
-  const std::int64_t rowElems = ownBorderRing<T>::rowElems(shape);
-  const std::int64_t padded = (static_cast<std::int64_t>(s->anchorX) + roi.width + s->rightExtent) * c;
-  const std::int64_t bandBytes = ownBorderRing<T>::bytes(shape) +
-                                 ownCarver::bytes(g.multiRow * rowElems * static_cast<std::int64_t>(sizeof(T))) +
-                                 ownCarver::bytes((g.groups + std::max(mw, mh)) * static_cast<std::int64_t>(sizeof(void*)));
+  const std::int64_t rowElems = ownAlignedRowElems<T>(shape);
+  const std::int64_t len = static_cast<std::int64_t>(roi.width) * c;
+  const std::int64_t bandBytes = ownCarver::bytes(2 * g.groups * rowElems * static_cast<std::int64_t>(sizeof(T))) +
+                                 ownCarver::bytes((2 * g.groups + std::max(mw, mh + 1)) * static_cast<std::int64_t>(sizeof(void*)));
   const std::int64_t workBytes = std::max<std::int64_t>(static_cast<std::int64_t>(sizeof(T)) * c * mh,
                                                         2 * static_cast<std::int64_t>(mh) * s->workBytes);
   void* work = const_cast<unsigned char*>(ownStateBytes(s)) + s->workOffset;  // the state's scratch area
+  // Each group of columns folds its rows straight from the source rows (clamped to the
+  // ROI) into the middle of a padded row, whose padding then repeats its edge pixels
+  // (folding commutes with replicating columns); the columns are then folded across.
   auto band = [&](void* block, int y0, int y1) {
     ownCarver carve(block);
-    ownBorderRing<T> ring(src, srcStep, roi, shape, ownBorder::Replicate, T(0),
-                          carve.take<unsigned char>(ownBorderRing<T>::bytes(shape)));
-    T* folded = carve.take<T>(g.multiRow * rowElems);
-    const T** line = carve.take<const T*>(g.groups + std::max(mw, mh));
-    const T** ptrs = line + g.groups;
-    const std::int64_t left = static_cast<std::int64_t>(s->anchorX) * c;
-    for (int y = y0; y < y1; ++y) {
-      for (int p = 0, k = 0; p < g.groups; ++p) {
-        int n = 0;
+    T* folded = carve.take<T>(2 * g.groups * rowElems);
+    const T** line = carve.take<const T*>(2 * g.groups + std::max(mw, mh + 1));
+    const T** ptrs = line + 2 * g.groups;
+    for (int y = y0; y < y1;) {
+      const int pair = y + 1 < y1 ? 2 : 1;  // two output rows at a time
+      for (int p = 0; p < g.groups; ++p) {
+        T* mid[2] = {ownAlignedMid(folded + 2 * p * rowElems, shape), ownAlignedMid(folded + (2 * p + 1) * rowElems, shape)};
+        int first = -1, n = 0;
         for (int j = 0; j < mh; ++j)
-          if (mask[static_cast<std::int64_t>(j) * mw + g.rep[p]]) ptrs[n++] = ring.row(y - s->anchorY + j) - left;
-        if (n == 1) {
-          line[p] = ptrs[0];
-          continue;
+          if (mask[static_cast<std::int64_t>(j) * mw + g.rep[p]]) {
+            first = first < 0 ? j : first;
+            ptrs[n++] = ownClampedRow(src, srcStep, std::int64_t{y} - s->anchorY + j, roi.height);
+          }
+        // Consecutive rows share all but their first and last row between the two outputs.
+        bool done = false;
+        if (pair == 2 && n >= 2 && ownConsecutive(mask, mw, g.rep[p], first, n)) {
+          ptrs[n] = ownClampedRow(src, srcStep, std::int64_t{y} + 1 - s->anchorY + first + n - 1, roi.height);
+          done = ownExtremePair<Op>(ptrs, n, mid[0], mid[1], len);
         }
-        T* out = folded + k++ * rowElems;
-        ownExtremeRow_sse2<Op>(ptrs, n, out, padded, ownMorphStore::Intermediate);
-        line[p] = out;
+        if (!done) {
+          for (int r = 0; r < pair; ++r) {
+            int k = 0;
+            for (int j = 0; j < mh; ++j)
+              if (mask[static_cast<std::int64_t>(j) * mw + g.rep[p]])
+                ptrs[k++] = ownClampedRow(src, srcStep, std::int64_t{y} + r - s->anchorY + j, roi.height);
+            ownExtremeRow_sse2<Op>(ptrs, n, mid[r], len, ownMorphStore::Intermediate);
+          }
+        }
+        for (int r = 0; r < pair; ++r) {
+          ownReplicateEdges(mid[r], roi.width, c, s->anchorX, s->rightExtent);
+          line[2 * p + r] = mid[r] - static_cast<std::int64_t>(s->anchorX) * c;
+        }
       }
-      int n = 0;
-      for (int i = 0; i < mw; ++i)
-        if (g.pattern[i] >= 0) ptrs[n++] = line[g.pattern[i]] + static_cast<std::int64_t>(i) * c;
-      ownExtremeRow_sse2<Op>(ptrs, n, ownRow(dst, dstStep, y), static_cast<std::int64_t>(roi.width) * c,
-                             ownMorphStore::Final);
+      for (int r = 0; r < pair; ++r, ++y) {
+        int n = 0;
+        for (int i = 0; i < mw; ++i)
+          if (g.pattern[i] >= 0) ptrs[n++] = line[2 * g.pattern[i] + r] + static_cast<std::int64_t>(i) * c;
+        ownExtremeRow_sse2<Op>(ptrs, n, ownRow(dst, dstStep, y), len, ownMorphStore::Final);
+      }
     }
   };
   return ownMorphBands(roi, bandBytes, work, workBytes, band);

@@ -38,10 +38,9 @@ struct ownRectPlan {
   }
   template <class T>
   std::int64_t bandBytes() const {
-    const std::int64_t row = ownBorderRing<T>::rowElems(shape) * static_cast<std::int64_t>(sizeof(T));
+    const std::int64_t row = ownAlignedRowElems<T>(shape) * static_cast<std::int64_t>(sizeof(T));
     const std::int64_t ptrs = std::max<std::int64_t>({rows.length(), cols.length(), 2});
-    return ownBorderRing<T>::bytes(shape) + ownCarver::bytes(2 * row) + ownCarver::bytes(row) +
-           ownCarver::bytes(ptrs * static_cast<std::int64_t>(sizeof(void*)));
+    return 3 * ownCarver::bytes(row) + ownCarver::bytes((ptrs + 1) * static_cast<std::int64_t>(sizeof(void*)));
   }
 };
 
@@ -80,26 +79,25 @@ vnxStatus ownRectExtreme(const T* src, int srcStep, T* dst, int dstStep, vnxiSiz
   const ownRectPlan plan(roi.width, roi.height, maskSize, anchor, channels);
   const int kh = static_cast<int>(plan.rows.length()), kw = static_cast<int>(plan.cols.length());
   const std::int64_t len = static_cast<std::int64_t>(roi.width) * channels;
-  const std::int64_t padLeft = static_cast<std::int64_t>(plan.shape.padLeft) * channels;
+  // The mask rows are folded straight from the source rows (clamped to the ROI) into
+  // the middle of a padded row; folding commutes with replicating columns, so the
+  // padding then repeats the folded row's first and last pixel.
   auto band = [&](void* block, int y0, int y1) {
     ownCarver carve(block);
-    ownBorderRing<T> ring(src, srcStep, roi, plan.shape, ownBorder::Replicate, T(0),
-                          carve.take<unsigned char>(ownBorderRing<T>::bytes(plan.shape)));
-    const std::int64_t rowElems = ownBorderRing<T>::rowElems(plan.shape);
-    T* folded = carve.take<T>(rowElems);
-    T* temp = carve.take<T>(2 * rowElems);
-    const T** ptrs = carve.take<const T*>(std::max(std::max(kh, kw), 2));
-    for (int y = y0; y < y1; ++y) {
-      const T* line;
-      if (kh == 1) {
-        line = ring.row(y + plan.rows.lo) - padLeft;
-      } else {
-        for (int j = 0; j < kh; ++j) ptrs[j] = ring.row(y + plan.rows.lo + j) - padLeft;
-        ownExtremeRow_sse2<Op>(ptrs, kh, folded, plan.paddedElems, ownMorphStore::Intermediate);
-        line = folded;
+    const std::int64_t rowElems = ownAlignedRowElems<T>(plan.shape);
+    T* mid[2] = {ownAlignedMid(carve.take<T>(rowElems), plan.shape), ownAlignedMid(carve.take<T>(rowElems), plan.shape)};
+    T* temp = carve.take<T>(rowElems);
+    const T** ptrs = carve.take<const T*>(std::max(std::max(kh + 1, kw), 2));
+    for (int y = y0; y < y1;) {
+      // Two rows at a time where the fold shares its middle rows, one otherwise.
+      for (int j = 0; j <= kh; ++j) ptrs[j] = ownClampedRow(src, srcStep, std::int64_t{y} + plan.rows.lo + j, roi.height);
+      const int pair = y + 1 < y1 && ownExtremePair<Op>(ptrs, kh, mid[0], mid[1], len) ? 2 : 1;
+      if (pair == 1) ownExtremeRow_sse2<Op>(ptrs, kh, mid[0], len, ownMorphStore::Intermediate);
+      for (int r = 0; r < pair; ++r, ++y) {
+        ownReplicateEdges(mid[r], roi.width, channels, plan.shape.padLeft, plan.shape.padRight);
+        ownWindowRow<Op>(mid[r] + plan.cols.lo * channels, channels, kw, ownRow(dst, dstStep, y), len, temp, ptrs,
+                         ownMorphStore::Final);
       }
-      ownWindowRow<Op>(line + padLeft + plan.cols.lo * channels, channels, kw, ownRow(dst, dstStep, y), len, temp,
-                       ptrs, ownMorphStore::Final);
     }
   };
   return ownMorphBands(roi, plan.bandBytes<T>(), buffer, bufferBytes, band);

@@ -74,40 +74,148 @@ void ownExtremeRow(const T* const* src, int n, T* dst, std::int64_t x0, std::int
   }
 }
 
-// Whole vectors of 16 bytes, two at a time, then the template for the tail.
-template <ownMorphOp Op>
-void ownExtremeRow_sse2(const vnx8u* const* src, int n, vnx8u* dst, std::int64_t len, ownMorphStore store) {
+// Whole vectors with a fixed number of sources (the loop over the sources unrolled, the
+// pointers kept in registers), then the template for the tail.
+template <ownMorphOp Op, int N>
+void ownExtremeFixed_sse2(const vnx8u* const* src, vnx8u* dst, std::int64_t len, ownMorphStore store) {
+  const vnx8u* p[N];
+  for (int k = 0; k < N; ++k) p[k] = src[k];
   std::int64_t i = 0;
   for (; i + 32 <= len; i += 32) {
-    __m128i a = ownLoad(src[0] + i), b = ownLoad(src[0] + i + 16);
-    for (int k = 1; k < n; ++k) {
-      a = ownExtremeV<Op>(a, ownLoad(src[k] + i));
-      b = ownExtremeV<Op>(b, ownLoad(src[k] + i + 16));
+    __m128i a = ownLoad(p[0] + i), b = ownLoad(p[0] + i + 16);
+    for (int k = 1; k < N; ++k) {
+      a = ownExtremeV<Op>(a, ownLoad(p[k] + i));
+      b = ownExtremeV<Op>(b, ownLoad(p[k] + i + 16));
     }
     ownStore(dst + i, a);
     ownStore(dst + i + 16, b);
   }
   for (; i + 16 <= len; i += 16) {
-    __m128i a = ownLoad(src[0] + i);
-    for (int k = 1; k < n; ++k) a = ownExtremeV<Op>(a, ownLoad(src[k] + i));
+    __m128i a = ownLoad(p[0] + i);
+    for (int k = 1; k < N; ++k) a = ownExtremeV<Op>(a, ownLoad(p[k] + i));
     ownStore(dst + i, a);
   }
-  ownExtremeRow<Op>(src, n, dst, i, len, store);
+  ownExtremeRow<Op>(src, N, dst, i, len, store);
 }
-template <ownMorphOp Op>
-void ownExtremeRow_sse2(const vnx32f* const* src, int n, vnx32f* dst, std::int64_t len, ownMorphStore store) {
-  std::int64_t i = 0;
+template <ownMorphOp Op, int N>
+void ownExtremeFixed_sse2(const vnx32f* const* src, vnx32f* dst, std::int64_t len, ownMorphStore store) {
+  const vnx32f* p[N];
+  for (int k = 0; k < N; ++k) p[k] = src[k];
   const bool final = store == ownMorphStore::Final;
+  std::int64_t i = 0;
   for (; i + 8 <= len; i += 8) {
-    __m128 a = _mm_loadu_ps(src[0] + i), b = _mm_loadu_ps(src[0] + i + 4);
-    for (int k = 1; k < n; ++k) {
-      a = ownExtremeV<Op>(a, _mm_loadu_ps(src[k] + i));
-      b = ownExtremeV<Op>(b, _mm_loadu_ps(src[k] + i + 4));
+    __m128 a = _mm_loadu_ps(p[0] + i), b = _mm_loadu_ps(p[0] + i + 4);
+    for (int k = 1; k < N; ++k) {
+      a = ownExtremeV<Op>(a, _mm_loadu_ps(p[k] + i));
+      b = ownExtremeV<Op>(b, _mm_loadu_ps(p[k] + i + 4));
     }
     _mm_storeu_ps(dst + i, final ? ownCanonicalNaN(a) : a);
     _mm_storeu_ps(dst + i + 4, final ? ownCanonicalNaN(b) : b);
   }
-  ownExtremeRow<Op>(src, n, dst, i, len, store);
+  ownExtremeRow<Op>(src, N, dst, i, len, store);
+}
+
+// Any number of sources: up to four at once into dst, then dst with up to three more
+// at a time (in place: dst is the first source of the later passes).
+template <ownMorphOp Op, class T>
+void ownExtremeRow_sse2(const T* const* src, int n, T* dst, std::int64_t len, ownMorphStore store) {
+  const int first = n < 4 ? n : 4;
+  const ownMorphStore s0 = first == n ? store : ownMorphStore::Intermediate;
+  switch (first) {
+    case 1: ownExtremeFixed_sse2<Op, 1>(src, dst, len, s0); break;
+    case 2: ownExtremeFixed_sse2<Op, 2>(src, dst, len, s0); break;
+    case 3: ownExtremeFixed_sse2<Op, 3>(src, dst, len, s0); break;
+    default: ownExtremeFixed_sse2<Op, 4>(src, dst, len, s0); break;
+  }
+  for (int k = first; k < n; k += 3) {
+    const int m = n - k < 3 ? n - k : 3;
+    const T* p[4] = {dst, src[k], m > 1 ? src[k + 1] : dst, m > 2 ? src[k + 2] : dst};
+    const ownMorphStore sk = k + m == n ? store : ownMorphStore::Intermediate;
+    switch (m) {
+      case 1: ownExtremeFixed_sse2<Op, 2>(p, dst, len, sk); break;
+      case 2: ownExtremeFixed_sse2<Op, 3>(p, dst, len, sk); break;
+      default: ownExtremeFixed_sse2<Op, 4>(p, dst, len, sk); break;
+    }
+  }
+}
+
+// A padded row whose column 0 sits on a 32-byte boundary (so the stores of a fold into
+// it are aligned): room for the shape's padded row plus 32 bytes; mid(base) is column 0.
+template <class T>
+inline std::int64_t ownAlignedRowElems(const ownRingShape& shape) {
+  return ownBorderRing<T>::rowElems(shape) + 32 / static_cast<std::int64_t>(sizeof(T));
+}
+template <class T>
+inline T* ownAlignedMid(T* base, const ownRingShape& shape) {
+  const std::uintptr_t p = reinterpret_cast<std::uintptr_t>(base + static_cast<std::int64_t>(shape.padLeft) * shape.channels);
+  return reinterpret_cast<T*>((p + 31) & ~static_cast<std::uintptr_t>(31));
+}
+
+// Two consecutive output rows of a fold over M + 1 consecutive rows: rows[1 .. M - 1]
+// are shared, out0 adds rows[0] and out1 rows[M]. M + 1 loads for two rows instead of 2M.
+template <ownMorphOp Op, int M, class T>
+void ownExtremePairRow(const T* const* rows, T* out0, T* out1, std::int64_t x0, std::int64_t len) {
+  for (std::int64_t i = x0; i < len; ++i) {
+    T c = rows[1][i];
+    for (int k = 2; k < M; ++k) c = ownExtreme<Op>(c, rows[k][i]);
+    out0[i] = ownExtreme<Op>(rows[0][i], c);
+    out1[i] = ownExtreme<Op>(c, rows[M][i]);
+  }
+}
+template <ownMorphOp Op, int M>
+void ownExtremePair_sse2(const vnx8u* const* rows, vnx8u* out0, vnx8u* out1, std::int64_t len) {
+  const vnx8u* p[M + 1];
+  for (int k = 0; k <= M; ++k) p[k] = rows[k];
+  std::int64_t i = 0;
+  for (; i + 16 <= len; i += 16) {
+    __m128i c = ownLoad(p[1] + i);
+    for (int k = 2; k < M; ++k) c = ownExtremeV<Op>(c, ownLoad(p[k] + i));
+    ownStore(out0 + i, ownExtremeV<Op>(ownLoad(p[0] + i), c));
+    ownStore(out1 + i, ownExtremeV<Op>(c, ownLoad(p[M] + i)));
+  }
+  ownExtremePairRow<Op, M>(rows, out0, out1, i, len);
+}
+template <ownMorphOp Op, int M>
+void ownExtremePair_sse2(const vnx32f* const* rows, vnx32f* out0, vnx32f* out1, std::int64_t len) {
+  const vnx32f* p[M + 1];
+  for (int k = 0; k <= M; ++k) p[k] = rows[k];
+  std::int64_t i = 0;
+  for (; i + 4 <= len; i += 4) {
+    __m128 c = _mm_loadu_ps(p[1] + i);
+    for (int k = 2; k < M; ++k) c = ownExtremeV<Op>(c, _mm_loadu_ps(p[k] + i));
+    _mm_storeu_ps(out0 + i, ownExtremeV<Op>(_mm_loadu_ps(p[0] + i), c));
+    _mm_storeu_ps(out1 + i, ownExtremeV<Op>(c, _mm_loadu_ps(p[M] + i)));
+  }
+  ownExtremePairRow<Op, M>(rows, out0, out1, i, len);
+}
+// Folds of m rows (2 to 5) for two consecutive output rows from the m + 1 rows
+// rows[0 .. m]; false (nothing done) for other heights.
+template <ownMorphOp Op, class T>
+bool ownExtremePair(const T* const* rows, int m, T* out0, T* out1, std::int64_t len) {
+  switch (m) {
+    case 2: ownExtremePair_sse2<Op, 2>(rows, out0, out1, len); return true;
+    case 3: ownExtremePair_sse2<Op, 3>(rows, out0, out1, len); return true;
+    case 4: ownExtremePair_sse2<Op, 4>(rows, out0, out1, len); return true;
+    case 5: ownExtremePair_sse2<Op, 5>(rows, out0, out1, len); return true;
+    default: return false;
+  }
+}
+
+// Rows above and below the ROI repeat its first and last row.
+template <class T>
+inline const T* ownClampedRow(const T* src, int step, std::int64_t y, int height) {
+  return ownRow(src, step, static_cast<int>(ownBorderIndex(y, height, ownBorder::Replicate)));
+}
+
+// Columns left and right of a row of `width` pixels (at row[0]) repeat its first and
+// last pixel: padLeft pixels before it, padRight after it.
+template <class T>
+void ownReplicateEdges(T* row, std::int64_t width, int c, std::int64_t padLeft, std::int64_t padRight) {
+  for (std::int64_t x = 1; x <= padLeft; ++x)
+    for (int k = 0; k < c; ++k) row[-x * c + k] = row[k];
+  T* last = row + (width - 1) * c;
+  for (std::int64_t x = 1; x <= padRight; ++x)
+    for (int k = 0; k < c; ++k) last[x * c + k] = last[k];
 }
 
 // ---- Sliding window along a row ---------------------------------------------------
