@@ -6,7 +6,7 @@
 #include <algorithm>
 
 #include "check.h"
-#include "morph/vncvmorph.h"
+#include "morph/vncvmorphstrip.h"
 
 namespace {
 
@@ -58,6 +58,10 @@ template <ownMorphOp Op, class T>
 vnxStatus ownGeneralExtreme(const T* src, int srcStep, T* dst, int dstStep, vnxiSize roi, int c, const ownMorphState* s) {
   const int mw = s->maskWidth, mh = s->maskHeight;
   const vnx8u* mask = ownStateArray<vnx8u>(s, s->maskOffset);
+  const std::int64_t area = static_cast<std::int64_t>(mw) * mh;
+  if (std::all_of(mask, mask + area, [](vnx8u v) { return v != 0; }) &&
+      ownRectStrip<Op>(src, srcStep, dst, dstStep, roi, c, {mw, mh}, {s->anchorX, s->anchorY}))
+    return vnxStatusOk;
   ownBlock store(ownMalloc_32(3 * mw));
   if (!store) return vnxStatusNoMemory;
   const ownColumnGroups g(mask, mw, mh, static_cast<int*>(store.get()));

@@ -5,7 +5,7 @@
 #include <algorithm>
 
 #include "check.h"
-#include "morph/vncvmorph.h"
+#include "morph/vncvmorphstrip.h"
 
 namespace {
 
@@ -77,6 +77,9 @@ template <ownMorphOp Op, class T>
 vnxStatus ownRectExtreme(const T* src, int srcStep, T* dst, int dstStep, vnxiSize roi, int channels,
                          vnxiSize maskSize, vnxiPoint anchor, void* buffer, std::int64_t bufferBytes) {
   const ownRectPlan plan(roi.width, roi.height, maskSize, anchor, channels);
+  if (ownRectStrip<Op>(src, srcStep, dst, dstStep, roi, channels, {int(plan.cols.length()), int(plan.rows.length())},
+                       {int(-plan.cols.lo), int(-plan.rows.lo)}))
+    return vnxStatusOk;
   const int kh = static_cast<int>(plan.rows.length()), kw = static_cast<int>(plan.cols.length());
   const std::int64_t len = static_cast<std::int64_t>(roi.width) * channels;
   // The mask rows are folded straight from the source rows (clamped to the ROI) into

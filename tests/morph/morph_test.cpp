@@ -55,7 +55,8 @@ template <class T>
 void bandsMatchSerial(const Form<T>& f) {
   std::mt19937 rng(11);
   const vnxiSize roi{131, 263};
-  for (const Mask& m : {mt::rect(3, 3, {1, 1}), mt::rect(5, 4, {0, 3}), mt::masks()[7], mt::masks()[8], mt::ellipse(7)}) {
+  for (const Mask& m : {mt::rect(3, 3, {1, 1}), mt::rect(5, 5, {1, 3}), mt::rect(5, 4, {0, 3}), mt::masks()[7],
+                        mt::masks()[8], mt::ellipse(7)}) {
     mt::Images<T> im(roi.width, roi.height, f.c, vt::Guard::After, rng);
     const auto expect = mt::reference(im.pixels, roi.width, roi.height, f.c, m, true);
     vnxiMorphState* st = nullptr;
@@ -109,7 +110,7 @@ void filtersMatchReference(const Form<T>& f) {
   std::mt19937 rng(5);
   const vnxiSize masks[] = {{1, 1}, {3, 3}, {2, 5}, {9, 1}, {17, 3}, {40, 2}};
   const vnxiPoint anchors[] = {{0, 0}, {1, 1}, {-3, 2}, {12, -4}, {-100, 50}};
-  for (vnxiSize roi : {vnxiSize{1, 1}, vnxiSize{23, 9}, vnxiSize{5, 31}})
+  for (vnxiSize roi : {vnxiSize{1, 1}, vnxiSize{23, 9}, vnxiSize{5, 31}, vnxiSize{70, 6}})
     for (vnxiSize ms : masks)
       for (vnxiPoint a : anchors)
         for (bool isMax : {true, false}) {
@@ -303,9 +304,9 @@ TEST(MorphApply, ChecksInOrderAndNothingWritten) {
 
 // A failed scratch allocation for a further band returns -9 with nothing written.
 TEST(MorphApply, FailedBandScratchWritesNothing) {
-  const vnx8u mask[9] = {1, 1, 1, 1, 1, 1, 1, 1, 1};
+  const Mask m = mt::masks()[8];  // a ring: the general path with scratch rows
   vnxiMorphState* st = nullptr;
-  ASSERT_EQ(vnxiMorphologyInitAlloc_8u_C1R(300, mask, {3, 3}, {1, 1}, &st), vnxStatusOk);
+  ASSERT_EQ(vnxiMorphologyInitAlloc_8u_C1R(300, m.cells.data(), m.size(), m.anchor, &st), vnxStatusOk);
   vt::Image<vnx8u> src(300, 300), dst(300, 300);
   dst.fill([](int, int, int) { return 9; });
   vt::Threads t(4);
