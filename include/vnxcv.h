@@ -894,7 +894,12 @@ VNX_API vnxStatus vnxiFilterMinGetBufferSize_32f_C4R(int roiWidth, vnxiSize mask
  *           kind 2: F holds a ring row, the D horizontal extremes of each of the box's rows
  *           and one doubling row); kind 3: 80 + M.
  * GetSize reports the size for the centre anchor (maskSize.width >> 1, .height >> 1);
- * InitAlloc sizes for its own anchor. Creation checks: pMask null (-8); roiWidth < 1 (-6);
+ * InitAlloc sizes for its own anchor. The general path keeps its per-cell tables in the
+ * state (8u: 8 bytes a cell, all ones for a nonzero cell in the dilation table and zero in
+ * the erosion table, swapped for a zero cell; 32f: four floats of +-3.4028235e38 likewise),
+ * but its kernels fold only the nonzero cells, which is the same extreme (a zero cell's
+ * entry only neutralises it) and keeps infinities that a clip at the largest finite float
+ * would change. Creation checks: pMask null (-8); roiWidth < 1 (-6);
  * mask width, then height < 1 (-6); anchor outside the mask (-34, not in GetSize); pSize,
  * pState, ppState null (-8); allocation (-9, *ppState untouched); a size beyond INT_MAX (-6).
  * Apply checks: pSrc, pDst, pState null (-8); ROI below 1 (-6); steps below width x channels

@@ -180,7 +180,7 @@ vnxStatus ownRunsExtreme(const T* src, int srcStep, T* dst, int dstStep, vnxiSiz
 template <class T>
 void ownCopyRows(const T* src, int srcStep, T* dst, int dstStep, vnxiSize roi, int c) {
   for (int y = 0; y < roi.height; ++y)
-    std::memcpy(ownRow(dst, dstStep, y), ownRow(src, srcStep, y), static_cast<std::size_t>(roi.width) * c * sizeof(T));
+    std::memmove(ownRow(dst, dstStep, y), ownRow(src, srcStep, y), static_cast<std::size_t>(roi.width) * c * sizeof(T));
 }
 
 }  // namespace
