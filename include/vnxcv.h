@@ -830,6 +830,274 @@ VNX_API vnxStatus vnxiSampleLine_32f_C3R(const vnx32f* pSrc, int srcStep, vnxiSi
 
 /* ---- Morphology: dilation, erosion and composite operations (morph) ---------- */
 
+/* Structuring elements are byte masks (nonzero = part of the element), row-major without
+ * padding, with an anchor cell. Dilation: dst(x, y) = max over nonzero cells (i, j) of
+ * src(x + i - anchor.x, y + j - anchor.y); erosion the minimum; per channel. Outside the ROI
+ * a coordinate is clamped to the nearest ROI row and column (replicate border): only ROI
+ * pixels are read. 32f: the extreme is taken in a total order in which -0.0 < +0.0 and any
+ * NaN in the window gives NaN (the library's one NaN), so the result never depends on the
+ * path or the order of the cells; infinities pass through unchanged.
+ *
+ * Rectangular maximum and minimum filters: the extreme over a maskSize rectangle placed with
+ * its cell `anchor` on the output pixel. Any anchor is accepted, inside the rectangle or
+ * outside it (the window then lies beside the pixel; offsets beyond the ROI read its edge).
+ * Checks: pSrc, pDst, pBuffer null (-8); ROI below 1 (-6); steps below the row bytes (-14);
+ * 32f steps not multiples of 4 (-108); mask width or height below 1 (-6).
+ * GetBufferSize(roiWidth, maskSize): pBufferSize null (-8), roiWidth or a mask side below 1
+ * (-6), a size beyond INT_MAX (-6). The buffer serves the first band of rows; with more than
+ * one thread each further band takes a block from the scratch allocator (-9 when that fails,
+ * nothing written). Columns are folded down the mask height, then a window slides along the
+ * row: directly up to 8 pixels, by doubling spans (log2 of the width passes) beyond. */
+VNX_API vnxStatus vnxiFilterMaxBorderReplicate_8u_C1R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep,
+    vnxiSize roiSize, vnxiSize maskSize, vnxiPoint anchor, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterMaxBorderReplicate_8u_C3R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep,
+    vnxiSize roiSize, vnxiSize maskSize, vnxiPoint anchor, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterMaxBorderReplicate_8u_C4R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep,
+    vnxiSize roiSize, vnxiSize maskSize, vnxiPoint anchor, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterMaxBorderReplicate_32f_C1R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+    vnxiSize roiSize, vnxiSize maskSize, vnxiPoint anchor, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterMaxBorderReplicate_32f_C3R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+    vnxiSize roiSize, vnxiSize maskSize, vnxiPoint anchor, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterMaxBorderReplicate_32f_C4R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+    vnxiSize roiSize, vnxiSize maskSize, vnxiPoint anchor, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterMinBorderReplicate_8u_C1R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep,
+    vnxiSize roiSize, vnxiSize maskSize, vnxiPoint anchor, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterMinBorderReplicate_8u_C3R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep,
+    vnxiSize roiSize, vnxiSize maskSize, vnxiPoint anchor, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterMinBorderReplicate_8u_C4R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep,
+    vnxiSize roiSize, vnxiSize maskSize, vnxiPoint anchor, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterMinBorderReplicate_32f_C1R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+    vnxiSize roiSize, vnxiSize maskSize, vnxiPoint anchor, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterMinBorderReplicate_32f_C3R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+    vnxiSize roiSize, vnxiSize maskSize, vnxiPoint anchor, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterMinBorderReplicate_32f_C4R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+    vnxiSize roiSize, vnxiSize maskSize, vnxiPoint anchor, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterMaxGetBufferSize_8u_C1R(int roiWidth, vnxiSize maskSize, int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterMaxGetBufferSize_8u_C3R(int roiWidth, vnxiSize maskSize, int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterMaxGetBufferSize_8u_C4R(int roiWidth, vnxiSize maskSize, int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterMaxGetBufferSize_32f_C1R(int roiWidth, vnxiSize maskSize, int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterMaxGetBufferSize_32f_C3R(int roiWidth, vnxiSize maskSize, int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterMaxGetBufferSize_32f_C4R(int roiWidth, vnxiSize maskSize, int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterMinGetBufferSize_8u_C1R(int roiWidth, vnxiSize maskSize, int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterMinGetBufferSize_8u_C3R(int roiWidth, vnxiSize maskSize, int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterMinGetBufferSize_8u_C4R(int roiWidth, vnxiSize maskSize, int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterMinGetBufferSize_32f_C1R(int roiWidth, vnxiSize maskSize, int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterMinGetBufferSize_32f_C3R(int roiWidth, vnxiSize maskSize, int* pBufferSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiFilterMinGetBufferSize_32f_C4R(int roiWidth, vnxiSize maskSize, int* pBufferSize) VNX_NOEXCEPT;
+
+/* Dilation and erosion states. vnxiMorphState is one block: a header of 18 32-bit words
+ * (on i686 and x86-64 alike: the five references to the block's arrays - mask copy, erosion
+ * and dilation tables, work area, run record - are byte offsets from the start of the
+ * block, not pointers, so the header is 72 bytes on both builds, the sizes below hold on
+ * both, and a block may be moved with memcpy), then from byte 80 the mask copy, the path's
+ * arrays and the work area. Mask classification at creation: empty mask (kind 3, copies);
+ * mask height >= 256 (kind 0, general); a row with two runs (kind 0); consecutive rows of one
+ * run each, all with the same start and length (kind 1, rectangle, tested before the anchor:
+ * the anchor may lie outside it); an anchor outside a row's run or outside the rows (kind 0);
+ * rows of one run where equal lengths share their anchor offset (kind 2, run decomposition),
+ * else kind 0. 8u masks below an area of 13 (C1) / 35 (C3, C4) for kind 1 and 35 / 90 for
+ * kind 2 run on the general path. Sizes in bytes, M = mask area rounded up to 16:
+ *   kind 0: 96 + M + area * 16 (8u) or 32 (32f) + max(e c maskHeight, 2 maskHeight W),
+ *           W = (roiWidth + maskWidth) e c rounded up to 16 (e = 1 or 4, c = channels);
+ *   kind 1, 2: 128 + M + 8 (R + D) + F (R non-empty rows, D distinct run lengths; kind 1:
+ *           R = height, D = 1, F = the FilterMax buffer size for roiWidth and the rectangle;
+ *           kind 2: F holds a ring row, the D horizontal extremes of each of the box's rows
+ *           and one doubling row); kind 3: 80 + M.
+ * GetSize reports the size for the centre anchor (maskSize.width >> 1, .height >> 1);
+ * InitAlloc sizes for its own anchor. The general path keeps its per-cell tables in the
+ * state (8u: 8 bytes a cell, all ones for a nonzero cell in the dilation table and zero in
+ * the erosion table, swapped for a zero cell; 32f: four floats of +-3.4028235e38 likewise),
+ * but its kernels fold only the nonzero cells, which is the same extreme (a zero cell's
+ * entry only neutralises it) and keeps infinities that a clip at the largest finite float
+ * would change. Creation checks: pMask null (-8); roiWidth < 1 (-6);
+ * mask width, then height < 1 (-6); anchor outside the mask (-34, not in GetSize); pSize,
+ * pState, ppState null (-8); allocation (-9, *ppState untouched); a size beyond INT_MAX (-6).
+ * Apply checks: pSrc, pDst, pState null (-8); ROI below 1 (-6); steps below width x channels
+ * x element bytes (-14); 32f steps not multiples of 4 (-108); borderType not
+ * vnxBorderReplicate (-5); ROI width above the creation width (-6). The state's work area
+ * serves the first band of rows when it is large enough; every other band (and the first
+ * when it is not) takes a block from the scratch allocator (-9 when that fails, nothing
+ * written). Rows run in bands in parallel from 16 rows and 16384 pixels a thread; the result
+ * does not depend on the thread count. One state serves one call at a time. */
+typedef struct vnxiMorphState vnxiMorphState;
+VNX_API vnxStatus vnxiMorphologyGetSize_8u_C1R(int roiWidth, const vnx8u* pMask, vnxiSize maskSize, int* pSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphologyGetSize_8u_C3R(int roiWidth, const vnx8u* pMask, vnxiSize maskSize, int* pSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphologyGetSize_8u_C4R(int roiWidth, const vnx8u* pMask, vnxiSize maskSize, int* pSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphologyGetSize_32f_C1R(int roiWidth, const vnx8u* pMask, vnxiSize maskSize, int* pSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphologyGetSize_32f_C3R(int roiWidth, const vnx8u* pMask, vnxiSize maskSize, int* pSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphologyGetSize_32f_C4R(int roiWidth, const vnx8u* pMask, vnxiSize maskSize, int* pSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphologyInit_8u_C1R(int roiWidth, const vnx8u* pMask, vnxiSize maskSize, vnxiPoint anchor,
+    vnxiMorphState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphologyInit_8u_C3R(int roiWidth, const vnx8u* pMask, vnxiSize maskSize, vnxiPoint anchor,
+    vnxiMorphState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphologyInit_8u_C4R(int roiWidth, const vnx8u* pMask, vnxiSize maskSize, vnxiPoint anchor,
+    vnxiMorphState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphologyInit_32f_C1R(int roiWidth, const vnx8u* pMask, vnxiSize maskSize, vnxiPoint anchor,
+    vnxiMorphState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphologyInit_32f_C3R(int roiWidth, const vnx8u* pMask, vnxiSize maskSize, vnxiPoint anchor,
+    vnxiMorphState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphologyInit_32f_C4R(int roiWidth, const vnx8u* pMask, vnxiSize maskSize, vnxiPoint anchor,
+    vnxiMorphState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphologyInitAlloc_8u_C1R(int roiWidth, const vnx8u* pMask, vnxiSize maskSize, vnxiPoint anchor,
+    vnxiMorphState** ppState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphologyInitAlloc_8u_C3R(int roiWidth, const vnx8u* pMask, vnxiSize maskSize, vnxiPoint anchor,
+    vnxiMorphState** ppState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphologyInitAlloc_8u_C4R(int roiWidth, const vnx8u* pMask, vnxiSize maskSize, vnxiPoint anchor,
+    vnxiMorphState** ppState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphologyInitAlloc_32f_C1R(int roiWidth, const vnx8u* pMask, vnxiSize maskSize, vnxiPoint anchor,
+    vnxiMorphState** ppState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphologyInitAlloc_32f_C3R(int roiWidth, const vnx8u* pMask, vnxiSize maskSize, vnxiPoint anchor,
+    vnxiMorphState** ppState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphologyInitAlloc_32f_C4R(int roiWidth, const vnx8u* pMask, vnxiSize maskSize, vnxiPoint anchor,
+    vnxiMorphState** ppState) VNX_NOEXCEPT;
+/* Releases a state from InitAlloc; null gives -8. */
+VNX_API vnxStatus vnxiMorphologyFree(vnxiMorphState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiDilateBorderReplicate_8u_C1R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep,
+    vnxiSize roiSize, int borderType, vnxiMorphState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiDilateBorderReplicate_8u_C3R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep,
+    vnxiSize roiSize, int borderType, vnxiMorphState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiDilateBorderReplicate_8u_C4R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep,
+    vnxiSize roiSize, int borderType, vnxiMorphState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiDilateBorderReplicate_32f_C1R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+    vnxiSize roiSize, int borderType, vnxiMorphState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiDilateBorderReplicate_32f_C3R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+    vnxiSize roiSize, int borderType, vnxiMorphState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiDilateBorderReplicate_32f_C4R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+    vnxiSize roiSize, int borderType, vnxiMorphState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiErodeBorderReplicate_8u_C1R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep,
+    vnxiSize roiSize, int borderType, vnxiMorphState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiErodeBorderReplicate_8u_C3R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep,
+    vnxiSize roiSize, int borderType, vnxiMorphState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiErodeBorderReplicate_8u_C4R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep,
+    vnxiSize roiSize, int borderType, vnxiMorphState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiErodeBorderReplicate_32f_C1R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+    vnxiSize roiSize, int borderType, vnxiMorphState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiErodeBorderReplicate_32f_C3R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+    vnxiSize roiSize, int borderType, vnxiMorphState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiErodeBorderReplicate_32f_C4R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+    vnxiSize roiSize, int borderType, vnxiMorphState* pState) VNX_NOEXCEPT;
+
+/* Composite operations. vnxiMorphAdvState: a header of five 32-bit words (byte offsets of
+ * the direct state, the reflected state and the intermediate image from the start of the
+ * block, on both builds; the recorded figure roundup32(roiWidth x e) x roiHeight; a zero),
+ * the direct state right after it, the reflected state (mask rotated by half a turn, anchor
+ * (w - ax - 1, h - ay - 1)) and the intermediate image each at the next 32-byte boundary.
+ * Both inner states are built with the run decomposition disabled (kinds 0, 1, 3 only).
+ * Size: T x roiHeight + 2 S + 84, T = roiWidth x channels x e rounded up to 32, S the state
+ * size of the mask at the centre anchor. Init and InitAlloc reverse the caller's mask in
+ * place while they build the reflected state and restore it before returning: the mask
+ * must be writable and not read elsewhere meanwhile.
+ *   Open: tmp = E(src), dst = D'(tmp).   Close: tmp = D(src), dst = E'(tmp).
+ *   Top-hat: dst = E(src), tmp = D'(dst), dst = src - tmp.
+ *   Black-hat: dst = D(src), tmp = E'(dst), dst = tmp - src.
+ *   Gradient: dst = D(src), tmp = E(src), dst = dst - tmp.
+ * (D, E direct; D', E' reflected.) 8u differences saturate at 0; 32f differences below 0.0
+ * become 0.0 (NaN stays NaN). The intermediate image has step T computed from the call's
+ * ROI width. Checks of GetSize: roiHeight < 1 (-6), pSize null (-8), then the creation
+ * checks without the anchor. Init: roiHeight < 1 (-6), pState null (-8), creation checks
+ * of the direct, then the reflected state. InitAlloc: ppState null (-8); then the size is
+ * queried (a failed query leaves 0, so a bad mask or size reports -9 here), allocated (-9),
+ * and initialised (its status, the block released). Operation checks: pSrc, pDst, pState
+ * null (-8); ROI below 1 (-6); steps (-14, 32f -108); borderType (-5); ROI width above the
+ * creation width, or roiHeight x T below the recorded figure (-6). A taller ROI that passes
+ * and needs more than the state's intermediate image takes a temporary one from the
+ * scratch allocator for the call (-9 when that fails, nothing written); nothing is ever
+ * written past the state's image. A failing inner step returns at once (dst may then hold
+ * a partial result). */
+typedef struct vnxiMorphAdvState vnxiMorphAdvState;
+VNX_API vnxStatus vnxiMorphAdvGetSize_8u_C1R(vnxiSize roiSize, const vnx8u* pMask, vnxiSize maskSize, int* pSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphAdvGetSize_8u_C3R(vnxiSize roiSize, const vnx8u* pMask, vnxiSize maskSize, int* pSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphAdvGetSize_8u_C4R(vnxiSize roiSize, const vnx8u* pMask, vnxiSize maskSize, int* pSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphAdvGetSize_32f_C1R(vnxiSize roiSize, const vnx8u* pMask, vnxiSize maskSize, int* pSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphAdvGetSize_32f_C3R(vnxiSize roiSize, const vnx8u* pMask, vnxiSize maskSize, int* pSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphAdvGetSize_32f_C4R(vnxiSize roiSize, const vnx8u* pMask, vnxiSize maskSize, int* pSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphAdvInit_8u_C1R(vnxiMorphAdvState* pState, vnxiSize roiSize, vnx8u* pMask, vnxiSize maskSize,
+    vnxiPoint anchor) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphAdvInit_8u_C3R(vnxiMorphAdvState* pState, vnxiSize roiSize, vnx8u* pMask, vnxiSize maskSize,
+    vnxiPoint anchor) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphAdvInit_8u_C4R(vnxiMorphAdvState* pState, vnxiSize roiSize, vnx8u* pMask, vnxiSize maskSize,
+    vnxiPoint anchor) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphAdvInit_32f_C1R(vnxiMorphAdvState* pState, vnxiSize roiSize, vnx8u* pMask, vnxiSize maskSize,
+    vnxiPoint anchor) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphAdvInit_32f_C3R(vnxiMorphAdvState* pState, vnxiSize roiSize, vnx8u* pMask, vnxiSize maskSize,
+    vnxiPoint anchor) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphAdvInit_32f_C4R(vnxiMorphAdvState* pState, vnxiSize roiSize, vnx8u* pMask, vnxiSize maskSize,
+    vnxiPoint anchor) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphAdvInitAlloc_8u_C1R(vnxiMorphAdvState** ppState, vnxiSize roiSize, vnx8u* pMask,
+    vnxiSize maskSize, vnxiPoint anchor) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphAdvInitAlloc_8u_C3R(vnxiMorphAdvState** ppState, vnxiSize roiSize, vnx8u* pMask,
+    vnxiSize maskSize, vnxiPoint anchor) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphAdvInitAlloc_8u_C4R(vnxiMorphAdvState** ppState, vnxiSize roiSize, vnx8u* pMask,
+    vnxiSize maskSize, vnxiPoint anchor) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphAdvInitAlloc_32f_C1R(vnxiMorphAdvState** ppState, vnxiSize roiSize, vnx8u* pMask,
+    vnxiSize maskSize, vnxiPoint anchor) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphAdvInitAlloc_32f_C3R(vnxiMorphAdvState** ppState, vnxiSize roiSize, vnx8u* pMask,
+    vnxiSize maskSize, vnxiPoint anchor) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphAdvInitAlloc_32f_C4R(vnxiMorphAdvState** ppState, vnxiSize roiSize, vnx8u* pMask,
+    vnxiSize maskSize, vnxiPoint anchor) VNX_NOEXCEPT;
+/* Releases a composite state from InitAlloc; null gives -8. */
+VNX_API vnxStatus vnxiMorphAdvFree(vnxiMorphAdvState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphOpenBorder_8u_C1R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep,
+    vnxiSize roiSize, int borderType, vnxiMorphAdvState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphOpenBorder_8u_C3R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep,
+    vnxiSize roiSize, int borderType, vnxiMorphAdvState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphOpenBorder_8u_C4R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep,
+    vnxiSize roiSize, int borderType, vnxiMorphAdvState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphOpenBorder_32f_C1R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+    vnxiSize roiSize, int borderType, vnxiMorphAdvState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphOpenBorder_32f_C3R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+    vnxiSize roiSize, int borderType, vnxiMorphAdvState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphOpenBorder_32f_C4R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+    vnxiSize roiSize, int borderType, vnxiMorphAdvState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphCloseBorder_8u_C1R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep,
+    vnxiSize roiSize, int borderType, vnxiMorphAdvState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphCloseBorder_8u_C3R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep,
+    vnxiSize roiSize, int borderType, vnxiMorphAdvState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphCloseBorder_8u_C4R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep,
+    vnxiSize roiSize, int borderType, vnxiMorphAdvState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphCloseBorder_32f_C1R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+    vnxiSize roiSize, int borderType, vnxiMorphAdvState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphCloseBorder_32f_C3R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+    vnxiSize roiSize, int borderType, vnxiMorphAdvState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphCloseBorder_32f_C4R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+    vnxiSize roiSize, int borderType, vnxiMorphAdvState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphTophatBorder_8u_C1R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep,
+    vnxiSize roiSize, int borderType, vnxiMorphAdvState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphTophatBorder_8u_C3R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep,
+    vnxiSize roiSize, int borderType, vnxiMorphAdvState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphTophatBorder_8u_C4R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep,
+    vnxiSize roiSize, int borderType, vnxiMorphAdvState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphTophatBorder_32f_C1R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+    vnxiSize roiSize, int borderType, vnxiMorphAdvState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphTophatBorder_32f_C3R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+    vnxiSize roiSize, int borderType, vnxiMorphAdvState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphTophatBorder_32f_C4R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+    vnxiSize roiSize, int borderType, vnxiMorphAdvState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphBlackhatBorder_8u_C1R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep,
+    vnxiSize roiSize, int borderType, vnxiMorphAdvState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphBlackhatBorder_8u_C3R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep,
+    vnxiSize roiSize, int borderType, vnxiMorphAdvState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphBlackhatBorder_8u_C4R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep,
+    vnxiSize roiSize, int borderType, vnxiMorphAdvState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphBlackhatBorder_32f_C1R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+    vnxiSize roiSize, int borderType, vnxiMorphAdvState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphBlackhatBorder_32f_C3R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+    vnxiSize roiSize, int borderType, vnxiMorphAdvState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphBlackhatBorder_32f_C4R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+    vnxiSize roiSize, int borderType, vnxiMorphAdvState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphGradientBorder_8u_C1R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep,
+    vnxiSize roiSize, int borderType, vnxiMorphAdvState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphGradientBorder_8u_C3R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep,
+    vnxiSize roiSize, int borderType, vnxiMorphAdvState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphGradientBorder_8u_C4R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep,
+    vnxiSize roiSize, int borderType, vnxiMorphAdvState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphGradientBorder_32f_C1R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+    vnxiSize roiSize, int borderType, vnxiMorphAdvState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphGradientBorder_32f_C3R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+    vnxiSize roiSize, int borderType, vnxiMorphAdvState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiMorphGradientBorder_32f_C4R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+    vnxiSize roiSize, int borderType, vnxiMorphAdvState* pState) VNX_NOEXCEPT;
+
 /* ---- Edges and features: Canny, corners, Hough lines, arctangent (features) -- */
 
 /* Fast arctangent: pDst[i] = the angle of (pSrcX[i], pSrcY[i]) in degrees, from the fit

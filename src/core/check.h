@@ -193,3 +193,32 @@ inline vnxStatus ownReportSize(std::int64_t bytes, int* pSize) {
   *pSize = static_cast<int>(bytes);
   return vnxStatusOk;
 }
+
+
+// ---- Morphology --------------------------------------------------------------------
+// State creation: the mask pointer, the creation width, the mask width then height,
+// the anchor against the mask, and only then the pointer that receives the result.
+inline vnxStatus ownCheckMorphCreate(const void* mask, int roiWidth, vnxiSize maskSize, const void* out) {
+  if (!mask) return vnxStatusNullPtr;
+  if (roiWidth < 1 || maskSize.width < 1 || maskSize.height < 1) return vnxStatusBadSize;
+  return out ? vnxStatusOk : vnxStatusNullPtr;
+}
+inline vnxStatus ownCheckMorphCreate(const void* mask, int roiWidth, vnxiSize maskSize, vnxiPoint anchor,
+                                     const void* out) {
+  if (!mask) return vnxStatusNullPtr;
+  if (roiWidth < 1 || maskSize.width < 1 || maskSize.height < 1) return vnxStatusBadSize;
+  if (anchor.x < 0 || anchor.x >= maskSize.width || anchor.y < 0 || anchor.y >= maskSize.height)
+    return vnxStatusBadAnchor;
+  return out ? vnxStatusOk : vnxStatusNullPtr;
+}
+
+// Dilation, erosion and the composite operations: pointers, ROI, both steps (row bytes,
+// then multiples), then the border code, of which only vnxBorderReplicate is accepted.
+// The caller then tests the ROI against its state.
+template <class T, int C>
+inline vnxStatus ownCheckMorphApply(const T* src, int srcStep, const T* dst, int dstStep, vnxiSize roi,
+                                    int borderType, const void* state) {
+  if (vnxStatus st = ownCheck({src, dst, state}, roi, {ownImg<T, C>(srcStep, roi.width), ownImg<T, C>(dstStep, roi.width)}))
+    return st;
+  return borderType == vnxBorderReplicate ? vnxStatusOk : vnxStatusBadArg;
+}

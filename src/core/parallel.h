@@ -142,3 +142,9 @@ inline int ownDistanceBandCount(vnxiSize roi) noexcept {
 constexpr ownBandPolicy kOwnBandsCanny{std::int64_t{1} << 16, 32, 1, ownCoreTest::Ignore};
 // Corner measures: each band refills a derivative ring and box sums of its own.
 constexpr ownBandPolicy kOwnBandsCorners{std::int64_t{1} << 16, 32, 1, ownCoreTest::Ignore};
+
+
+// ---- Morphology (dilation, erosion, rectangular minimum and maximum) ----------------
+// Each band refills its own ring of source rows, so a band needs enough rows and the
+// ROI enough pixels to pay for the fork and the rows synthesised twice.
+constexpr ownBandPolicy kOwnBandsMorph{std::int64_t{1} << 14, 16, 1, ownCoreTest::Ignore};
