@@ -128,7 +128,8 @@ VNX_API vnxStatus vnxiAbsDiffC_32f_C1R(const vnx32f* pSrc, int srcStep, vnx32f* 
  *   AddWeighted: acc = acc + (s - acc) * alpha, in this order; alpha is not checked
  * Masked (C1IMR) forms replace the term by 0.0 where the mask byte is zero (an
  * unselected -0.0 becomes +0.0); AddWeighted uses the weight 0.0 there, so an
- * unselected infinite accumulator becomes NaN. Serial. */
+ * unselected infinite accumulator becomes NaN. A NaN result is the default quiet
+ * NaN (0xFFC00000) whichever operand was NaN. Serial. */
 VNX_API vnxStatus vnxiAdd_8u32f_C1IR(const vnx8u* pSrc, int srcStep, vnx32f* pSrcDst, int srcDstStep,
                                      vnxiSize roiSize) VNX_NOEXCEPT;
 VNX_API vnxStatus vnxiAdd_8s32f_C1IR(const vnx8s* pSrc, int srcStep, vnx32f* pSrcDst, int srcDstStep,
@@ -814,7 +815,8 @@ VNX_API vnxStatus vnxiFilterLowpassGetBufferSize_32f_C1R(vnxiSize roiSize, int m
  * Copies the pixels of the digital line from pStart to pEnd (inclusive, in that
  * order) into pDst, which must hold max(|dx|, |dy|) + 1 pixels (3 samples each for
  * C3R). The major axis is the longer extent; on a tie y is the major axis. Both
- * points must lie inside the ROI, else -11 and nothing is written. */
+ * points must lie inside the ROI, else -11 and nothing is written. The walker
+ * computes in 64 bits, so lines of any length a ROI can hold are exact. */
 VNX_API vnxStatus vnxiSampleLine_8u_C1R(const vnx8u* pSrc, int srcStep, vnxiSize roiSize, vnx8u* pDst,
                                         vnxiPoint pt1, vnxiPoint pt2) VNX_NOEXCEPT;
 VNX_API vnxStatus vnxiSampleLine_8u_C3R(const vnx8u* pSrc, int srcStep, vnxiSize roiSize, vnx8u* pDst,

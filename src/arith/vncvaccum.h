@@ -6,6 +6,7 @@
 
 #include "own.h"
 #include "simd.h"
+#include "traits.h"
 
 // What an accumulator adds: the source, its square, the product of two sources,
 // or a weighted blend toward the source.
@@ -16,15 +17,17 @@ enum class ownMasking { None, ByMask };
 // One pixel, the reference for the vector bodies and their tail. Masked forms
 // keep the addition and zero the term (Add, Square, Product) or the weight
 // (Weighted): an unselected -0.0 becomes +0.0, an unselected infinity under
-// Weighted becomes NaN, both as the formulas say.
+// Weighted becomes NaN, both as the formulas say. A NaN result is the library's
+// one NaN: which operand's NaN an add or multiply passes on depends on the order
+// the compiler gives a commutative operation.
 template <ownAccOp K, ownMasking M>
 inline float ownAccPixel(float acc, float a, float b, bool sel, float alpha) {
   constexpr bool kMasked = M == ownMasking::ByMask;
   if constexpr (K == ownAccOp::Weighted) {
-    return acc + (a - acc) * ((kMasked && !sel) ? 0.0f : alpha);
+    return ownCanonicalNaN(acc + (a - acc) * ((kMasked && !sel) ? 0.0f : alpha));
   } else {
     const float term = K == ownAccOp::Add ? a : K == ownAccOp::Square ? a * a : a * b;
-    return acc + ((kMasked && !sel) ? 0.0f : term);
+    return ownCanonicalNaN(acc + ((kMasked && !sel) ? 0.0f : term));
   }
 }
 
@@ -33,10 +36,10 @@ template <ownAccOp K, ownMasking M>
 inline __m128 ownAccLanes(__m128 acc, __m128 a, __m128 b, __m128 sel, __m128 alpha) {
   constexpr bool kMasked = M == ownMasking::ByMask;
   if constexpr (K == ownAccOp::Weighted) {
-    return ownBlendPs(acc, a, kMasked ? ownKeepPs(sel, alpha) : alpha);
+    return ownCanonicalNaN(ownBlendPs(acc, a, kMasked ? ownKeepPs(sel, alpha) : alpha));
   } else {
     const __m128 term = K == ownAccOp::Add ? a : K == ownAccOp::Square ? ownMulPs(a, a) : ownMulPs(a, b);
-    return ownAddTermPs(acc, kMasked ? ownKeepPs(sel, term) : term);
+    return ownCanonicalNaN(ownAddTermPs(acc, kMasked ? ownKeepPs(sel, term) : term));
   }
 }
 
