@@ -82,24 +82,9 @@ TEST(MinMaxIndx, EveryMemberFindsFirstOccurrences) {
           if (fewValues) {
             std::uniform_int_distribution<int> d(0, 3);
             const double lo = m.ty == Ty::S8 ? -128 : m.ty == Ty::F32 ? -2.5 : 0;
-            switch (m.ty) {
-              case Ty::U8:
-                img = st::makeImage<vnx8u>(r.width, r.height, m.channels, vt::Guard::Before,
-                                           [&](int, int, int) { return vnx8u(lo + 85 * d(rng)); });
-                break;
-              case Ty::S8:
-                img = st::makeImage<vnx8s>(r.width, r.height, m.channels, vt::Guard::Before,
-                                           [&](int, int, int) { return vnx8s(lo + 85 * d(rng)); });
-                break;
-              case Ty::U16:
-                img = st::makeImage<vnx16u>(r.width, r.height, m.channels, vt::Guard::Before,
-                                            [&](int, int, int) { return vnx16u(lo + 21845 * d(rng)); });
-                break;
-              case Ty::F32:
-                img = st::makeImage<vnx32f>(r.width, r.height, m.channels, vt::Guard::Before,
-                                            [&](int, int, int) { return vnx32f(lo + d(rng)); });
-                break;
-            }
+            const double stride = m.ty == Ty::U16 ? 21845 : m.ty == Ty::F32 ? 1 : 85;
+            img = st::imageOf(m.ty, r.width, r.height, m.channels, vt::Guard::Before,
+                              [&](int, int, int) { return lo + stride * d(rng); });
           }
           for (st::MaskKind mk : {st::MaskKind::Empty, st::MaskKind::Full, st::MaskKind::Random}) {
             if (!m.masked && mk != st::MaskKind::Full) continue;

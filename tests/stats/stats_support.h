@@ -53,6 +53,20 @@ inline AnyImage randomImage(Ty ty, int w, int h, int channels, std::mt19937& rng
   }
 }
 
+// An image of any of the four types with samples f(x, y, c), converted to the type.
+inline AnyImage imageOf(Ty ty, int w, int h, int channels, vt::Guard guard, std::function<double(int, int, int)> f) {
+  switch (ty) {
+    case Ty::U8:
+      return makeImage<vnx8u>(w, h, channels, guard, [&](int x, int y, int c) { return vnx8u(f(x, y, c)); });
+    case Ty::S8:
+      return makeImage<vnx8s>(w, h, channels, guard, [&](int x, int y, int c) { return vnx8s(f(x, y, c)); });
+    case Ty::U16:
+      return makeImage<vnx16u>(w, h, channels, guard, [&](int x, int y, int c) { return vnx16u(f(x, y, c)); });
+    default:
+      return makeImage<vnx32f>(w, h, channels, guard, [&](int x, int y, int c) { return vnx32f(f(x, y, c)); });
+  }
+}
+
 // Masks: all zero, all 255, or random (about a third of the pixels selected, values 1..255).
 enum class MaskKind { Empty, Full, Random };
 struct Mask {
