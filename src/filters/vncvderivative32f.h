@@ -45,7 +45,7 @@ template <bool Two, bool Scaled, class C1, class R1, class C2, class R2>
 void ownColumns32f(float* const (*rows)[C1::k + 1], const float* const* src, float* const* d, int w,
                    __m128 scale) {
   constexpr int nNew = Two ? 2 : 1, r = R1::k / 2;
-  auto at = [&](int x, float* const* to, int xo) {
+  auto at = [&](int x, float* const* to, int xo) __attribute__((always_inline)) {  // four columns
     if (x >= r && x + 4 + r <= w)
       for (int i = 0; i < nNew; ++i)
         if (src[i]) ownRowVector32f<R1, R2>(src[i] + x, rows[0][C1::k - 1 + i], rows[1][C1::k - 1 + i], x);

@@ -70,7 +70,7 @@ struct ownSink8u {
   vnx16s* sums[2];
   static constexpr bool wide = std::is_same<D, vnx16s>::value;
   bool later() const { return !wide && !(std::is_same<D, vnx8u>::value && rc.exact); }
-  void put(D* d, int i, int x, __m128i lo, __m128i hi) const {
+  [[gnu::always_inline]] void put(D* d, int i, int x, __m128i lo, __m128i hi) const {
     if constexpr (wide) {
       ownStore(d + x, lo);
       ownStore(d + x + 8, hi);
@@ -99,7 +99,7 @@ void ownRowPair8u(const vnx8u* const* p, vnx16s* const (*v)[2], D* const* d, int
       if constexpr (C2::k > 0) ownSumEdges<C2>(v[1][i], w, rule, bval);
     }
   };
-  auto out = [&](int x) {
+  auto out = [&](int x) __attribute__((always_inline)) {  // sixteen columns
     for (int i = 0; i < nRows; ++i)
       sink.put(d[i], i, x, ownRowSums8u<R1, R2>(v[0][i], v[1][i], x), ownRowSums8u<R1, R2>(v[0][i], v[1][i], x + 8));
   };

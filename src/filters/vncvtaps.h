@@ -10,7 +10,8 @@
 #include "simd.h"
 
 // A 1-D kernel known at compile time, taps in the order they lie over the image. The
-// per-vector helpers are forced inline: a call would cost more than their arithmetic.
+// per-vector helpers are forced inline: a call would cost more than their arithmetic
+// (and templates in a header are not inlined as readily as a unit's own functions).
 template <int... K>
 struct ownTaps {
   static constexpr int k = sizeof...(K);
@@ -31,13 +32,13 @@ struct ownTaps {
       return dotOf(v, std::make_index_sequence<k>());
   }
   template <std::size_t... I>
-  static __m128i dotOf(const __m128i* v, std::index_sequence<I...>) {
+  [[gnu::always_inline]] static __m128i dotOf(const __m128i* v, std::index_sequence<I...>) {
     __m128i acc = _mm_setzero_si128();
     ((acc = ownMulAddTap16<K>(acc, v[I])), ...);
     return acc;
   }
   template <std::size_t... I>
-  static __m128i dotPairs(const __m128i* v, std::index_sequence<I...>) {
+  [[gnu::always_inline]] static __m128i dotPairs(const __m128i* v, std::index_sequence<I...>) {
     __m128i acc = _mm_setzero_si128();
     if constexpr (k % 2 == 1) acc = ownMulAddTap16<tap[k / 2]>(acc, v[k / 2]);
     ((acc = ownMulAddTap16<tap[I]>(acc, mirrored(1) ? _mm_add_epi16(v[I], v[k - 1 - I])
@@ -49,7 +50,7 @@ struct ownTaps {
   // formed as the reference forms it (see ownTapPs).
   [[gnu::always_inline]] static __m128 dotf(const __m128* v) { return dotfOf(v, std::make_index_sequence<k - 1>()); }
   template <std::size_t... I>
-  static __m128 dotfOf(const __m128* v, std::index_sequence<I...>) {
+  [[gnu::always_inline]] static __m128 dotfOf(const __m128* v, std::index_sequence<I...>) {
     __m128 acc = ownTapPs<tap[0]>(v[0]);
     ((acc = ownMulAddTapPs<tap[I + 1]>(acc, v[I + 1])), ...);
     return acc;
