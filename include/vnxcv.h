@@ -824,6 +824,47 @@ VNX_API vnxStatus vnxiSampleLine_32f_C3R(const vnx32f* pSrc, int srcStep, vnxiSi
 
 /* ---- Pyramids, sub-pixel copy and optical flow (pyramids) -------------------- */
 
+/* Gaussian pyramid steps with the 5x5 kernel (1 4 6 4 1) x (1 4 6 4 1).
+ * Down: dst is ((w + 1) >> 1) x ((h + 1) >> 1); dst(i, j) weighs src around (2i, 2j) (total 256).
+ *   Beyond the edges the image is mirrored without repeating the edge pixel, again while the index
+ *   is still outside (a width of 1 reads only column 0; a width of 2 weighs its columns 8, 8).
+ * Up: dst is 2w x 2h; per direction an even position 2x takes p(x-1) + 6p(x) + p(x+1) and an odd one
+ *   4(p(x) + p(x+1)) (total 64); left and top mirror (p(-1) is p(1)), right and bottom repeat the
+ *   edge pixel (p(w) is p(w-1)).
+ * Results: 8u (S + 128) >> 8 down, (S + 32) >> 6 up; 8s the floor of (S + 128) / 256 and (S + 32) / 64;
+ *   32f S * 0.00390625 and S * 0.015625. Both steps sum rows first, then columns; 32f sums in the order
+ *   ((6 p0 + 4 (p-1 + p1)) + p-2) + p2 down and (p-1 + 6 p0) + p1, 4 (p0 + p1) up, per pass.
+ * Buffer: down 6 R + 32 bytes with R = 4 w channels rounded up to 16; up 3 R' + 32 with R' = 8 w channels
+ *   rounded up to 16; the steps align it themselves. Parallel bands take their rows from the buffer while
+ *   it holds them; further bands take theirs from the scratch allocator, and when that fails the step runs
+ *   in as many bands as the buffer holds (the results are the same). */
+VNX_API vnxStatus vnxiPyrDownGetBufSize_Gauss5x5(int roiWidth, int dataType, int channels, int* pBufSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyrUpGetBufSize_Gauss5x5(int roiWidth, int dataType, int channels, int* pBufSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyrDown_Gauss5x5_8u_C1R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep,
+                                              vnxiSize roiSize, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyrDown_Gauss5x5_8u_C3R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep,
+                                              vnxiSize roiSize, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyrDown_Gauss5x5_8s_C1R(const vnx8s* pSrc, int srcStep, vnx8s* pDst, int dstStep,
+                                              vnxiSize roiSize, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyrDown_Gauss5x5_8s_C3R(const vnx8s* pSrc, int srcStep, vnx8s* pDst, int dstStep,
+                                              vnxiSize roiSize, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyrDown_Gauss5x5_32f_C1R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                               vnxiSize roiSize, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyrDown_Gauss5x5_32f_C3R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                               vnxiSize roiSize, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyrUp_Gauss5x5_8u_C1R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep,
+                                            vnxiSize roiSize, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyrUp_Gauss5x5_8u_C3R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep,
+                                            vnxiSize roiSize, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyrUp_Gauss5x5_8s_C1R(const vnx8s* pSrc, int srcStep, vnx8s* pDst, int dstStep,
+                                            vnxiSize roiSize, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyrUp_Gauss5x5_8s_C3R(const vnx8s* pSrc, int srcStep, vnx8s* pDst, int dstStep,
+                                            vnxiSize roiSize, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyrUp_Gauss5x5_32f_C1R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                             vnxiSize roiSize, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyrUp_Gauss5x5_32f_C3R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                             vnxiSize roiSize, vnx8u* pBuffer) VNX_NOEXCEPT;
+
 /* ---- Distance transforms, flood fill and marker labelling (distance, segment)  */
 
 /* ---- Integral images and Haar classifiers (detect) --------------------------- */

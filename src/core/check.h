@@ -69,3 +69,11 @@ inline vnxStatus ownCheckSourcesThenMask(std::initializer_list<ownStep> sources,
 
 // Channel of interest of the C3C forms.
 inline vnxStatus ownCheckCoi(int coi) { return (coi < 1 || coi > 3) ? vnxStatusBadCoi : vnxStatusOk; }
+
+// ---- Pyramids ----
+// An image whose step is tested against its row bytes only (the pyramid steps and
+// the sub-pixel copies have no multiple-of-size test on these operands).
+template <class T, int C = 1>
+inline ownStep ownImgRowBytes(int step, std::int64_t width) {
+  return {step, width * C * static_cast<std::int64_t>(sizeof(T)), 1};
+}

@@ -125,3 +125,10 @@ bool ownFitsCache(vnxiSize roi, int bytesPerPixel) noexcept;
 // everything else), so it is written with non-temporal stores, which also spare
 // the read-for-ownership of every destination line. The results are the same.
 bool ownStreamOutput(std::int64_t bytesTouched) noexcept;
+
+// ---- Pyramids ----
+// Pyramid steps and layer resampling: each band makes its own first work rows (two to
+// four source rows again), so a band needs a few dozen rows to pay for them.
+constexpr ownBandPolicy kOwnBandsPyramid{std::int64_t{1} << 16, 16, 1, ownCoreTest::SerialOnSingleCore};
+// Optical flow: chunks of features; a feature costs as much as thousands of pixels.
+constexpr ownBandPolicy kOwnBandsFlowFeatures{8, 1, 1, ownCoreTest::SerialOnSingleCore};
