@@ -824,6 +824,10 @@ VNX_API vnxStatus vnxiSampleLine_32f_C3R(const vnx32f* pSrc, int srcStep, vnxiSi
 
 /* ---- Pyramids, sub-pixel copy and optical flow (pyramids) -------------------- */
 
+/* A point with float coordinates (x, y): the feature points of the optical flow and the centre of
+ * an intersecting sub-pixel copy. */
+typedef struct { vnx32f x, y; } vnxiPoint32f;
+
 /* Gaussian pyramid steps with the 5x5 kernel (1 4 6 4 1) x (1 4 6 4 1).
  * Down: dst is ((w + 1) >> 1) x ((h + 1) >> 1); dst(i, j) weighs src around (2i, 2j) (total 256).
  *   Beyond the edges the image is mirrored without repeating the edge pixel, again while the index
@@ -864,6 +868,54 @@ VNX_API vnxStatus vnxiPyrUp_Gauss5x5_32f_C1R(const vnx32f* pSrc, int srcStep, vn
                                              vnxiSize roiSize, vnx8u* pBuffer) VNX_NOEXCEPT;
 VNX_API vnxStatus vnxiPyrUp_Gauss5x5_32f_C3R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
                                              vnxiSize roiSize, vnx8u* pBuffer) VNX_NOEXCEPT;
+
+/* Sub-pixel copies (bilinear). Only the fractional part of an offset counts: f = d - trunc(d), plus 1
+ * when negative (dx = -0.25 is a fraction of 0.75 and moves no column). Integer members weigh the four
+ * neighbours with 14-bit weights a = trunc(f * 16384 + 0.5), w = (p q + 16384) >> 14 (they sum to 16388
+ * at a zero offset) and return (sum w s + 8192) >> 14; 16u results above 65535 saturate. The _Sfs member
+ * rounds the same sum Q as (Q + 2^(s - 1)) >> s with s = 14 + scaleFactor (a shift of 0 or less
+ * multiplies) and saturates to 0..65535; -7 gives values times 128. Float members (8u32f, 16u32f and
+ * 32f) raise fx to at least 1e-6 and fy to at least 1e-9 and sum ((w00 s00 + w10 s10) + w01 s01) + w11 s11.
+ * CopySubpix reads (width + 1) x (height + 1) source pixels; srcStep must cover width + 1 pixels. */
+VNX_API vnxStatus vnxiCopySubpix_8u_C1R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep, vnxiSize roiSize,
+                                        vnx32f dx, vnx32f dy) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiCopySubpix_8u16u_C1R_Sfs(const vnx8u* pSrc, int srcStep, vnx16u* pDst, int dstStep,
+                                               vnxiSize roiSize, vnx32f dx, vnx32f dy, int scaleFactor) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiCopySubpix_8u32f_C1R(const vnx8u* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                           vnxiSize roiSize, vnx32f dx, vnx32f dy) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiCopySubpix_16u_C1R(const vnx16u* pSrc, int srcStep, vnx16u* pDst, int dstStep,
+                                         vnxiSize roiSize, vnx32f dx, vnx32f dy) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiCopySubpix_16u32f_C1R(const vnx16u* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                            vnxiSize roiSize, vnx32f dx, vnx32f dy) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiCopySubpix_32f_C1R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                         vnxiSize roiSize, vnx32f dx, vnx32f dy) VNX_NOEXCEPT;
+
+/* Intersecting copy: the window dstRoi centred at `point`, corner x0 = x - (W - 1) / 2, ix = trunc(W + x0) - W,
+ * fx = x0 - ix (likewise y). pMin.x = min(max(0, -ix), W); pMax.x = W - 1, or srcWidth - ix - 2 when
+ * ix + W - 1 > srcWidth - 2; ix >= srcWidth gives pMin.x = 0, pMax.x = -1 (likewise y): [pMin, pMax] is
+ * the part of the window whose four source pixels are all inside. Every window pixel is the interpolation
+ * above of the source extended by edge replication: source rows and columns are clamped to the image, so
+ * a pixel left of pMin.x takes the first source column and one right of pMax.x the last (interpolated
+ * along the other direction only where that one is inside). Same arithmetic as CopySubpix. */
+VNX_API vnxStatus vnxiCopySubpixIntersect_8u_C1R(const vnx8u* pSrc, int srcStep, vnxiSize srcRoi, vnx8u* pDst,
+                                                 int dstStep, vnxiSize dstRoi, vnxiPoint32f point, vnxiPoint* pMin,
+                                                 vnxiPoint* pMax) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiCopySubpixIntersect_8u16u_C1R_Sfs(const vnx8u* pSrc, int srcStep, vnxiSize srcRoi,
+                                                        vnx16u* pDst, int dstStep, vnxiSize dstRoi,
+                                                        vnxiPoint32f point, vnxiPoint* pMin, vnxiPoint* pMax,
+                                                        int scaleFactor) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiCopySubpixIntersect_8u32f_C1R(const vnx8u* pSrc, int srcStep, vnxiSize srcRoi, vnx32f* pDst,
+                                                    int dstStep, vnxiSize dstRoi, vnxiPoint32f point,
+                                                    vnxiPoint* pMin, vnxiPoint* pMax) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiCopySubpixIntersect_16u_C1R(const vnx16u* pSrc, int srcStep, vnxiSize srcRoi, vnx16u* pDst,
+                                                  int dstStep, vnxiSize dstRoi, vnxiPoint32f point, vnxiPoint* pMin,
+                                                  vnxiPoint* pMax) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiCopySubpixIntersect_16u32f_C1R(const vnx16u* pSrc, int srcStep, vnxiSize srcRoi,
+                                                     vnx32f* pDst, int dstStep, vnxiSize dstRoi, vnxiPoint32f point,
+                                                     vnxiPoint* pMin, vnxiPoint* pMax) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiCopySubpixIntersect_32f_C1R(const vnx32f* pSrc, int srcStep, vnxiSize srcRoi, vnx32f* pDst,
+                                                  int dstStep, vnxiSize dstRoi, vnxiPoint32f point, vnxiPoint* pMin,
+                                                  vnxiPoint* pMax) VNX_NOEXCEPT;
 
 /* ---- Distance transforms, flood fill and marker labelling (distance, segment)  */
 
