@@ -917,6 +917,110 @@ VNX_API vnxStatus vnxiCopySubpixIntersect_32f_C1R(const vnx32f* pSrc, int srcSte
                                                   int dstStep, vnxiSize dstRoi, vnxiPoint32f point, vnxiPoint* pMin,
                                                   vnxiPoint* pMax) VNX_NOEXCEPT;
 
+/* Pyramid levels of any rate 1 < r <= 10. Up range of a dimension n: minimum 1 for n = 1, else
+ * max(trunc((n - 1) r) + 1, n + 1); maximum max(n + 1, trunc(n r)) (single-precision products; a maximum
+ * beyond 2^31 - 1 is reported as 2^31 - 1). Down size: m = trunc(n / r + 0.5), at least 1, moved by one
+ * until n lies in the up range of m. */
+VNX_API vnxStatus vnxiGetPyramidDownROI(vnxiSize srcRoi, vnxiSize* pDstRoi, vnx32f rate) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiGetPyramidUpROI(vnxiSize srcRoi, vnxiSize* pDstRoiMin, vnxiSize* pDstRoiMax,
+                                      vnx32f rate) VNX_NOEXCEPT;
+
+/* The pyramid record: one block from vnxiPyramidInitAlloc, released by vnxiPyramidFree, with its four
+ * arrays of level + 1 entries in the same block (each aligned to 8 bytes). The caller fills pImage and
+ * pStep; level is min(the wanted count, the down steps that reach 1 x 1). */
+typedef struct {
+  void** pImage;  /* level images, null at creation */
+  vnxiSize* pRoi; /* level sizes, level 0 the base ROI, each the down size of the one before */
+  vnx64f* pRate;  /* scale factors: level k holds (1 / rate)^k, level 0 1.0 */
+  int* pStep;     /* level row steps in bytes, 0 at creation */
+  void* pState;   /* a layer state the caller may attach, null at creation */
+  int level;      /* levels above the base */
+} vnxiPyramid;
+VNX_API vnxStatus vnxiPyramidInitAlloc(vnxiPyramid** ppPyramid, int level, vnxiSize roiSize, vnx32f rate) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidFree(vnxiPyramid* pPyramid) VNX_NOEXCEPT;
+
+/* Layer states and steps: smooth with the caller's kernel, then resample to the next level.
+ * Kernel: kerSize odd, >= 3; only taps 0..kerSize/2 count, the right half is their mirror (a differing
+ * right half gives the warning 38 and the state is built). S = tap[c] + 2 (taps 0..c-1): 32f taps are
+ * divided by S unless |S| <= FLT_EPSILON (then used as given); integer taps become trunc(16384 tap / S + 0.5)
+ * kept in 16 bits and halved (13 fraction bits); an integer sum of 0 keeps the taps as given, in units of
+ * 2^-13. mode must be 2 (linear).
+ * Smoothing: rows then columns, the image mirrored about its edge pixel beyond the edges. 8u and 16u keep
+ * the intermediate in units of 1/8: a row sum is (sum + 2^9) >> 10, a column sum (sum + 2^12) >> 13,
+ * clamped to 16 bits (8u) or 32 bits (16u); 32f sums floats over the taps in order.
+ * Down: a rate within [1.99998, 2.00002] takes every second intermediate sample in each direction; any
+ * other rate maps destination row j to y = j r (single precision), iy = trunc(y), f = y - iy, and blends
+ * rows iy + 1 and iy as trunc(a f + 0.5 + b (1 - f)) (32f: a f + b (1 - f)), then columns alike at x = i r;
+ * indices beyond the last row or column take the last one.
+ * Up: the same smoothing, then the same blend at y = j / r and x = i / r (rows, then columns).
+ * Results: 8u and 16u v -> (v + 4) >> 3, 0 when v + 4 < 8, the type's maximum above it; 32f as blended.
+ * Steps check pointers (-8), the source size (-6), steps against row bytes (-14), then a state rate outside
+ * (1, 10] or a state of another type, channel count or direction (-5), then the destination size (-6):
+ * down, the next entry of the state's table of sizes when the source height is in it, else the down size
+ * of the source; up, within the up range. Both steps take a work area from the scratch allocator for each
+ * call (-9 when that fails) and run in bands of destination rows. One state serves one call at a time. */
+typedef struct vnxiPyramidState vnxiPyramidState;
+VNX_API vnxStatus vnxiPyramidLayerDownInitAlloc_8u_C1R(vnxiPyramidState** ppState, vnxiSize srcRoi, vnx32f rate,
+                                                   const vnx16s* pKernel, int kerSize, int mode) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerDown_8u_C1R(const vnx8u* pSrc, int srcStep, vnxiSize srcRoi, vnx8u* pDst, int dstStep,
+                                          vnxiSize dstRoi, const vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerDownFree_8u_C1R(vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerDownInitAlloc_8u_C3R(vnxiPyramidState** ppState, vnxiSize srcRoi, vnx32f rate,
+                                                   const vnx16s* pKernel, int kerSize, int mode) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerDown_8u_C3R(const vnx8u* pSrc, int srcStep, vnxiSize srcRoi, vnx8u* pDst, int dstStep,
+                                          vnxiSize dstRoi, const vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerDownFree_8u_C3R(vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerDownInitAlloc_16u_C1R(vnxiPyramidState** ppState, vnxiSize srcRoi, vnx32f rate,
+                                                   const vnx16s* pKernel, int kerSize, int mode) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerDown_16u_C1R(const vnx16u* pSrc, int srcStep, vnxiSize srcRoi, vnx16u* pDst, int dstStep,
+                                          vnxiSize dstRoi, const vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerDownFree_16u_C1R(vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerDownInitAlloc_16u_C3R(vnxiPyramidState** ppState, vnxiSize srcRoi, vnx32f rate,
+                                                   const vnx16s* pKernel, int kerSize, int mode) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerDown_16u_C3R(const vnx16u* pSrc, int srcStep, vnxiSize srcRoi, vnx16u* pDst, int dstStep,
+                                          vnxiSize dstRoi, const vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerDownFree_16u_C3R(vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerDownInitAlloc_32f_C1R(vnxiPyramidState** ppState, vnxiSize srcRoi, vnx32f rate,
+                                                   const vnx32f* pKernel, int kerSize, int mode) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerDown_32f_C1R(const vnx32f* pSrc, int srcStep, vnxiSize srcRoi, vnx32f* pDst, int dstStep,
+                                          vnxiSize dstRoi, const vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerDownFree_32f_C1R(vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerDownInitAlloc_32f_C3R(vnxiPyramidState** ppState, vnxiSize srcRoi, vnx32f rate,
+                                                   const vnx32f* pKernel, int kerSize, int mode) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerDown_32f_C3R(const vnx32f* pSrc, int srcStep, vnxiSize srcRoi, vnx32f* pDst, int dstStep,
+                                          vnxiSize dstRoi, const vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerDownFree_32f_C3R(vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerUpInitAlloc_8u_C1R(vnxiPyramidState** ppState, vnxiSize srcRoi, vnx32f rate,
+                                                   const vnx16s* pKernel, int kerSize, int mode) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerUp_8u_C1R(const vnx8u* pSrc, int srcStep, vnxiSize srcRoi, vnx8u* pDst, int dstStep,
+                                          vnxiSize dstRoi, const vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerUpFree_8u_C1R(vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerUpInitAlloc_8u_C3R(vnxiPyramidState** ppState, vnxiSize srcRoi, vnx32f rate,
+                                                   const vnx16s* pKernel, int kerSize, int mode) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerUp_8u_C3R(const vnx8u* pSrc, int srcStep, vnxiSize srcRoi, vnx8u* pDst, int dstStep,
+                                          vnxiSize dstRoi, const vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerUpFree_8u_C3R(vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerUpInitAlloc_16u_C1R(vnxiPyramidState** ppState, vnxiSize srcRoi, vnx32f rate,
+                                                   const vnx16s* pKernel, int kerSize, int mode) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerUp_16u_C1R(const vnx16u* pSrc, int srcStep, vnxiSize srcRoi, vnx16u* pDst, int dstStep,
+                                          vnxiSize dstRoi, const vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerUpFree_16u_C1R(vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerUpInitAlloc_16u_C3R(vnxiPyramidState** ppState, vnxiSize srcRoi, vnx32f rate,
+                                                   const vnx16s* pKernel, int kerSize, int mode) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerUp_16u_C3R(const vnx16u* pSrc, int srcStep, vnxiSize srcRoi, vnx16u* pDst, int dstStep,
+                                          vnxiSize dstRoi, const vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerUpFree_16u_C3R(vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerUpInitAlloc_32f_C1R(vnxiPyramidState** ppState, vnxiSize srcRoi, vnx32f rate,
+                                                   const vnx32f* pKernel, int kerSize, int mode) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerUp_32f_C1R(const vnx32f* pSrc, int srcStep, vnxiSize srcRoi, vnx32f* pDst, int dstStep,
+                                          vnxiSize dstRoi, const vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerUpFree_32f_C1R(vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerUpInitAlloc_32f_C3R(vnxiPyramidState** ppState, vnxiSize srcRoi, vnx32f rate,
+                                                   const vnx32f* pKernel, int kerSize, int mode) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerUp_32f_C3R(const vnx32f* pSrc, int srcStep, vnxiSize srcRoi, vnx32f* pDst, int dstStep,
+                                          vnxiSize dstRoi, const vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerUpFree_32f_C3R(vnxiPyramidState* pState) VNX_NOEXCEPT;
+
 /* ---- Distance transforms, flood fill and marker labelling (distance, segment)  */
 
 /* ---- Integral images and Haar classifiers (detect) --------------------------- */
