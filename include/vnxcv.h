@@ -1021,6 +1021,51 @@ VNX_API vnxStatus vnxiPyramidLayerUp_32f_C3R(const vnx32f* pSrc, int srcStep, vn
                                           vnxiSize dstRoi, const vnxiPyramidState* pState) VNX_NOEXCEPT;
 VNX_API vnxStatus vnxiPyramidLayerUpFree_32f_C3R(vnxiPyramidState* pState) VNX_NOEXCEPT;
 
+/* Pyramidal Lucas-Kanade flow. pPyr1 and pPyr2 are pyramid records whose images (of the function's
+ * type) the caller filled up to maxLev; points are in level-0 pixels. Every status byte starts at
+ * maxLev + 1. Per point and level lev = maxLev .. 0 (f = scale factor of the level): the window of side
+ * winSize + 2 around pPrev * f is cut from the first image with the intersecting copy, its inside part
+ * shrunk by one pixel a side, and differentiated with the 3 x 3 Scharr sums divided by 32; then at most
+ * maxIter times the window around the estimate (u, v) (at the coarsest level pNext * f) is cut from the
+ * second image, d = first - second is summed over the intersection of the two inside parts (G again on
+ * the first pass and whenever the intersection changes), det = Gxx Gyy - Gxy^2 below 2^-52 loses the
+ * point, (dx, dy) = G^-1 b is added; dx^2 + dy^2 < threshold ends the level, and so does a step that
+ * undoes the previous one to within 2^-11.5 in both components (then half of it is taken back). A
+ * finished level above 0 multiplies (u, v) by the rate (by 1.0 when maxLev = 1: deliberately unscaled).
+ * Status: 0 tracked to level 0 (pNext written); k > 0 lost on level k - 1: pNext keeps its value, except
+ * when the two windows no longer overlap, which writes the last estimate in level-0 pixels.
+ * pError: RMS of the last differences over the last intersection in grey levels (0 when none).
+ * Patches: 8u windows times 128 in 16 bits (the 8u16u Sfs copy with -7), derivatives (sum + 16) >> 5,
+ * sums exact in double, error times 0.0078125; 16u and 32f windows as floats in grey levels (the
+ * 16u32f and 32f copies), derivatives times 0.03125, sums in double row by row, error unscaled.
+ * Checks: pointers (-8); numFeat, winSize < 1 or winSize other than the state's (-6); maxLev < 0,
+ * maxIter < 1 (-5); threshold < 0 or NaN (-5); then, beyond these, maxLev above either record's level
+ * count or a state of another type (-5), and a null level image up to maxLev (-8). The points are split
+ * into equal consecutive chunks, one per thread (the last takes the remainder), each with its own part of
+ * the state's scratch: results do not depend on the thread count. hint is accepted and unused. */
+typedef struct vnxiOptFlowPyrLKState vnxiOptFlowPyrLKState;
+VNX_API vnxStatus vnxiOpticalFlowPyrLKInitAlloc_8u_C1R(vnxiOptFlowPyrLKState** ppState, vnxiSize roiSize,
+                                                       int winSize, int hint) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiOpticalFlowPyrLKInitAlloc_16u_C1R(vnxiOptFlowPyrLKState** ppState, vnxiSize roiSize,
+                                                        int winSize, int hint) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiOpticalFlowPyrLKInitAlloc_32f_C1R(vnxiOptFlowPyrLKState** ppState, vnxiSize roiSize,
+                                                        int winSize, int hint) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiOpticalFlowPyrLK_8u_C1R(const vnxiPyramid* pPyr1, const vnxiPyramid* pPyr2,
+                                              const vnxiPoint32f* pPrev, vnxiPoint32f* pNext, vnx8u* pStatus,
+                                              vnx32f* pError, int numFeat, int winSize, int maxLev, int maxIter,
+                                              vnx32f threshold, vnxiOptFlowPyrLKState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiOpticalFlowPyrLK_16u_C1R(const vnxiPyramid* pPyr1, const vnxiPyramid* pPyr2,
+                                               const vnxiPoint32f* pPrev, vnxiPoint32f* pNext, vnx8u* pStatus,
+                                               vnx32f* pError, int numFeat, int winSize, int maxLev, int maxIter,
+                                               vnx32f threshold, vnxiOptFlowPyrLKState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiOpticalFlowPyrLK_32f_C1R(const vnxiPyramid* pPyr1, const vnxiPyramid* pPyr2,
+                                               const vnxiPoint32f* pPrev, vnxiPoint32f* pNext, vnx8u* pStatus,
+                                               vnx32f* pError, int numFeat, int winSize, int maxLev, int maxIter,
+                                               vnx32f threshold, vnxiOptFlowPyrLKState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiOpticalFlowPyrLKFree_8u_C1R(vnxiOptFlowPyrLKState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiOpticalFlowPyrLKFree_16u_C1R(vnxiOptFlowPyrLKState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiOpticalFlowPyrLKFree_32f_C1R(vnxiOptFlowPyrLKState* pState) VNX_NOEXCEPT;
+
 /* ---- Distance transforms, flood fill and marker labelling (distance, segment)  */
 
 /* ---- Integral images and Haar classifiers (detect) --------------------------- */

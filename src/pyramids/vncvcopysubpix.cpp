@@ -4,27 +4,45 @@
 #include "check.h"
 #include "simd.h"
 
-// 8u to 8u, eight pixels at a time: the 14-bit products need 32-bit lanes
-// (255 x 16388 x 4 < 2^31); _mm_madd_epi16 pairs s00 with s10 and s01 with s11.
-void ownCopySubpixRow_sse2(const vnx8u* r0, const vnx8u* r1, vnx8u* d, const ownSubpixWeights& w, std::int64_t n) {
+namespace {
+// Eight 14-bit sums Q of 8u pixels x .. x + 7 as two vectors of 32-bit lanes: the
+// products need them (255 x 16388 x 4 < 2^31); _mm_madd_epi16 pairs s00 with s10 and
+// s01 with s11.
+inline void ownSubpixSums8(const vnx8u* r0, const vnx8u* r1, __m128i wTop, __m128i wBot, __m128i q[2]) {
   const __m128i z = _mm_setzero_si128();
-  const __m128i wTop = _mm_set1_epi32((w.w10 << 16) | w.w00), wBot = _mm_set1_epi32((w.w11 << 16) | w.w01);
-  const __m128i half = _mm_set1_epi32(8192);
+  const __m128i a0 = _mm_unpacklo_epi8(ownLoad64(r0), z), a1 = _mm_unpacklo_epi8(ownLoad64(r0 + 1), z);
+  const __m128i b0 = _mm_unpacklo_epi8(ownLoad64(r1), z), b1 = _mm_unpacklo_epi8(ownLoad64(r1 + 1), z);
+  q[0] = _mm_add_epi32(_mm_madd_epi16(_mm_unpacklo_epi16(a0, a1), wTop), _mm_madd_epi16(_mm_unpacklo_epi16(b0, b1), wBot));
+  q[1] = _mm_add_epi32(_mm_madd_epi16(_mm_unpackhi_epi16(a0, a1), wTop), _mm_madd_epi16(_mm_unpackhi_epi16(b0, b1), wBot));
+}
+inline __m128i ownPairs(std::int32_t lo, std::int32_t hi) { return _mm_set1_epi32((hi << 16) | lo); }
+}  // namespace
+
+// The whole vectors read r0[x .. x + 8] and r1[x .. x + 8]: they stop one pixel early.
+void ownCopySubpixRow_sse2(const vnx8u* r0, const vnx8u* r1, vnx8u* d, const ownSubpixWeights& w, std::int64_t n) {
+  const __m128i wTop = ownPairs(w.w00, w.w10), wBot = ownPairs(w.w01, w.w11), half = _mm_set1_epi32(8192);
   std::int64_t x = 0;
-  for (; x + 8 <= n; x += 8) {
-    const __m128i a0 = _mm_unpacklo_epi8(ownLoad64(r0 + x), z), a1 = _mm_unpacklo_epi8(ownLoad64(r0 + x + 1), z);
-    const __m128i b0 = _mm_unpacklo_epi8(ownLoad64(r1 + x), z), b1 = _mm_unpacklo_epi8(ownLoad64(r1 + x + 1), z);
-    __m128i out[2];
-    for (int h = 0; h < 2; ++h) {
-      const __m128i top = h ? _mm_unpackhi_epi16(a0, a1) : _mm_unpacklo_epi16(a0, a1);
-      const __m128i bot = h ? _mm_unpackhi_epi16(b0, b1) : _mm_unpacklo_epi16(b0, b1);
-      const __m128i q = _mm_add_epi32(_mm_madd_epi16(top, wTop), _mm_madd_epi16(bot, wBot));
-      out[h] = _mm_srli_epi32(_mm_add_epi32(q, half), 14);
-    }
-    const __m128i p16 = _mm_packs_epi32(out[0], out[1]);
+  for (; x + 9 <= n; x += 8) {
+    __m128i q[2];
+    ownSubpixSums8(r0 + x, r1 + x, wTop, wBot, q);
+    const __m128i p16 = _mm_packs_epi32(_mm_srli_epi32(_mm_add_epi32(q[0], half), 14),
+                                        _mm_srli_epi32(_mm_add_epi32(q[1], half), 14));
     _mm_storel_epi64(reinterpret_cast<__m128i*>(d + x), _mm_packus_epi16(p16, p16));
   }
   ownCopySubpixRow<vnx8u, vnx8u>(r0, r1, d, w, 14, x, n);
+}
+void ownCopySubpixRow_sse2(const vnx8u* r0, const vnx8u* r1, vnx16u* d, const ownSubpixWeights& w, int shift,
+                           std::int64_t n) {
+  const __m128i wTop = ownPairs(w.w00, w.w10), wBot = ownPairs(w.w01, w.w11);
+  const __m128i half = _mm_set1_epi32(1 << (shift - 1)), count = _mm_cvtsi32_si128(shift);
+  std::int64_t x = 0;
+  for (; x + 9 <= n; x += 8) {
+    __m128i q[2];
+    ownSubpixSums8(r0 + x, r1 + x, wTop, wBot, q);
+    ownStore(d + x, _mm_packs_epi32(_mm_srl_epi32(_mm_add_epi32(q[0], half), count),
+                                    _mm_srl_epi32(_mm_add_epi32(q[1], half), count)));
+  }
+  ownCopySubpixRow<vnx8u, vnx16u>(r0, r1, d, w, shift, x, n);
 }
 
 namespace {
@@ -40,10 +58,7 @@ vnxStatus ownCopySubpix(const S* src, int srcStep, D* dst, int dstStep, vnxiSize
   const ownSubpixWeights w = ownSubpixWeightsOf(ownSubpixFraction(dx), ownSubpixFraction(dy));
   for (int y = 0; y < roi.height; ++y) {
     const S* r0 = ownRow(src, srcStep, y);
-    if constexpr (std::is_same<S, vnx8u>::value && std::is_same<D, vnx8u>::value)
-      ownCopySubpixRow_sse2(r0, ownRow(r0, srcStep, 1), ownRow(dst, dstStep, y), w, roi.width);
-    else
-      ownCopySubpixRow<S, D>(r0, ownRow(r0, srcStep, 1), ownRow(dst, dstStep, y), w, shift, 0, roi.width);
+    ownCopySubpixRowAny<S, D>(r0, ownRow(r0, srcStep, 1), ownRow(dst, dstStep, y), w, shift, roi.width);
   }
   return vnxStatusOk;
 }

@@ -63,6 +63,32 @@ inline D ownSubpixSample(S s00, S s10, S s01, S s11, const ownSubpixWeights& w, 
   }
 }
 
+// One row of the whole-ROI copy: dst[x] from r0[x], r0[x + 1], r1[x], r1[x + 1], x in [x0, n).
+template <class S, class D>
+void ownCopySubpixRow(const S* r0, const S* r1, D* d, const ownSubpixWeights& w, int shift, std::int64_t x0,
+                      std::int64_t n) {
+  for (std::int64_t x = x0; x < n; ++x) d[x] = ownSubpixSample<S, D>(r0[x], r0[x + 1], r1[x], r1[x + 1], w, shift);
+}
+void ownCopySubpixRow_sse2(const vnx8u* r0, const vnx8u* r1, vnx8u* d, const ownSubpixWeights& w, std::int64_t n);
+// 8u to 16u with a shift of 7 to 31: results below 2^15, so signed packs are exact.
+void ownCopySubpixRow_sse2(const vnx8u* r0, const vnx8u* r1, vnx16u* d, const ownSubpixWeights& w, int shift,
+                           std::int64_t n);
+
+// The row kernel a pair of types runs: SSE2 where there is one.
+template <class S, class D>
+inline void ownCopySubpixRowAny(const S* r0, const S* r1, D* d, const ownSubpixWeights& w, int shift, std::int64_t n) {
+  if constexpr (std::is_same<S, vnx8u>::value && std::is_same<D, vnx8u>::value) {
+    ownCopySubpixRow_sse2(r0, r1, d, w, n);
+  } else if constexpr (std::is_same<S, vnx8u>::value && std::is_same<D, vnx16u>::value) {
+    if (shift >= 7 && shift <= 31)
+      ownCopySubpixRow_sse2(r0, r1, d, w, shift, n);
+    else
+      ownCopySubpixRow<S, D>(r0, r1, d, w, shift, 0, n);
+  } else {
+    ownCopySubpixRow<S, D>(r0, r1, d, w, shift, 0, n);
+  }
+}
+
 // Window corner and inside range of the intersecting copy along one direction: window
 // size n, corner position x0, source size len.
 struct ownSubpixSpan {
@@ -96,14 +122,22 @@ void ownCopySubpixIntersect(const S* src, int srcStep, vnxiSize srcRoi, D* dst, 
   const ownSubpixSpan sy = ownSubpixSpanOf(dstRoi.height, py - (dstRoi.height - 1) * 0.5f, srcRoi.height);
   const ownSubpixWeights w = ownSubpixWeightsOf(sx.f, sy.f);
   auto clampTo = [](std::int64_t v, int len) { return v < 0 ? 0 : v >= len ? std::int64_t{len} - 1 : v; };
+  // window columns whose two source columns are both inside run through the row kernel
+  const std::int64_t xa = std::min<std::int64_t>(std::max<std::int64_t>(0, -sx.i), dstRoi.width);
+  const std::int64_t xb = std::max<std::int64_t>(std::min<std::int64_t>(dstRoi.width, std::int64_t{srcRoi.width} - 1 - sx.i), xa);
   for (int y = 0; y < dstRoi.height; ++y) {
     const S* r0 = ownRow(src, srcStep, static_cast<int>(clampTo(sy.i + y, srcRoi.height)));
     const S* r1 = ownRow(src, srcStep, static_cast<int>(clampTo(sy.i + y + 1, srcRoi.height)));
     D* d = ownRow(dst, dstStep, y);
-    for (int x = 0; x < dstRoi.width; ++x) {
-      const std::int64_t c0 = clampTo(sx.i + x, srcRoi.width), c1 = clampTo(sx.i + x + 1, srcRoi.width);
-      d[x] = ownSubpixSample<S, D>(r0[c0], r0[c1], r1[c0], r1[c1], w, shift);
-    }
+    auto edge = [&](std::int64_t x0, std::int64_t x1) {
+      for (std::int64_t x = x0; x < x1; ++x) {
+        const std::int64_t c0 = clampTo(sx.i + x, srcRoi.width), c1 = clampTo(sx.i + x + 1, srcRoi.width);
+        d[x] = ownSubpixSample<S, D>(r0[c0], r0[c1], r1[c0], r1[c1], w, shift);
+      }
+    };
+    edge(0, xa);
+    if (xb > xa) ownCopySubpixRowAny<S, D>(r0 + sx.i + xa, r1 + sx.i + xa, d + xa, w, shift, xb - xa);
+    edge(xb, dstRoi.width);
   }
   pMin[0] = sx.lo;
   pMin[1] = sy.lo;
@@ -111,10 +145,3 @@ void ownCopySubpixIntersect(const S* src, int srcStep, vnxiSize srcRoi, D* dst, 
   pMax[1] = sy.hi;
 }
 
-// One row of the whole-ROI copy: dst[x] from r0[x], r0[x + 1], r1[x], r1[x + 1], x in [x0, n).
-template <class S, class D>
-void ownCopySubpixRow(const S* r0, const S* r1, D* d, const ownSubpixWeights& w, int shift, std::int64_t x0,
-                      std::int64_t n) {
-  for (std::int64_t x = x0; x < n; ++x) d[x] = ownSubpixSample<S, D>(r0[x], r0[x + 1], r1[x], r1[x + 1], w, shift);
-}
-void ownCopySubpixRow_sse2(const vnx8u* r0, const vnx8u* r1, vnx8u* d, const ownSubpixWeights& w, std::int64_t n);
