@@ -841,7 +841,9 @@ typedef struct { vnx32f x, y; } vnxiPoint32f;
  * Buffer: down 6 R + 32 bytes with R = 4 w channels rounded up to 16; up 3 R' + 32 with R' = 8 w channels
  *   rounded up to 16; the steps align it themselves. Parallel bands take their rows from the buffer while
  *   it holds them; further bands take theirs from the scratch allocator, and when that fails the step runs
- *   in as many bands as the buffer holds (the results are the same). */
+ *   in as many bands as the buffer holds (the results are the same).
+ * As everywhere in the library, a 32f step that is not a multiple of 4 gives -108 after the row-byte
+ * tests (here and in the sub-pixel copies and layer steps, for every 16u or 32f image). */
 VNX_API vnxStatus vnxiPyrDownGetBufSize_Gauss5x5(int roiWidth, int dataType, int channels, int* pBufSize) VNX_NOEXCEPT;
 VNX_API vnxStatus vnxiPyrUpGetBufSize_Gauss5x5(int roiWidth, int dataType, int channels, int* pBufSize) VNX_NOEXCEPT;
 VNX_API vnxStatus vnxiPyrDown_Gauss5x5_8u_C1R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep,
@@ -876,7 +878,9 @@ VNX_API vnxStatus vnxiPyrUp_Gauss5x5_32f_C3R(const vnx32f* pSrc, int srcStep, vn
  * rounds the same sum Q as (Q + 2^(s - 1)) >> s with s = 14 + scaleFactor (a shift of 0 or less
  * multiplies) and saturates to 0..65535; -7 gives values times 128. Float members (8u32f, 16u32f and
  * 32f) raise fx to at least 1e-6 and fy to at least 1e-9 and sum ((w00 s00 + w10 s10) + w01 s01) + w11 s11.
- * CopySubpix reads (width + 1) x (height + 1) source pixels; srcStep must cover width + 1 pixels. */
+ * CopySubpix reads (width + 1) x (height + 1) source pixels; srcStep must cover width + 1 pixels.
+ * Both families test the row bytes of source and destination, then (as everywhere) the multiples of the
+ * element size of both (-108). */
 VNX_API vnxStatus vnxiCopySubpix_8u_C1R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep, vnxiSize roiSize,
                                         vnx32f dx, vnx32f dy) VNX_NOEXCEPT;
 VNX_API vnxStatus vnxiCopySubpix_8u16u_C1R_Sfs(const vnx8u* pSrc, int srcStep, vnx16u* pDst, int dstStep,
@@ -1040,7 +1044,8 @@ VNX_API vnxStatus vnxiPyramidLayerUpFree_32f_C3R(vnxiPyramidState* pState) VNX_N
  * 16u32f and 32f copies), derivatives times 0.03125, sums in double row by row, error unscaled.
  * Checks: pointers (-8); numFeat, winSize < 1 or winSize other than the state's (-6); maxLev < 0,
  * maxIter < 1 (-5); threshold < 0 or NaN (-5); then, beyond these, maxLev above either record's level
- * count or a state of another type (-5), and a null level image up to maxLev (-8). The points are split
+ * count or a state of another type (-5), and per level up to maxLev a null image (-8) or a level step below
+ * its row bytes (-14) or not a multiple of the element size (-108). The points are split
  * into equal consecutive chunks, one per thread (the last takes the remainder), each with its own part of
  * the state's scratch: results do not depend on the thread count. hint is accepted and unused. */
 typedef struct vnxiOptFlowPyrLKState vnxiOptFlowPyrLKState;

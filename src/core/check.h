@@ -71,9 +71,9 @@ inline vnxStatus ownCheckSourcesThenMask(std::initializer_list<ownStep> sources,
 inline vnxStatus ownCheckCoi(int coi) { return (coi < 1 || coi > 3) ? vnxStatusBadCoi : vnxStatusOk; }
 
 // ---- Pyramids ----
-// An image whose step is tested against its row bytes only (the pyramid steps and
-// the sub-pixel copies have no multiple-of-size test on these operands).
+// An image whose width in pixels is formed in 64 bits (width + 1, 2 x width): the same
+// two tests as ownImg.
 template <class T, int C = 1>
-inline ownStep ownImgRowBytes(int step, std::int64_t width) {
-  return {step, width * C * static_cast<std::int64_t>(sizeof(T)), 1};
+inline ownStep ownImgWide(int step, std::int64_t width) {
+  return {step, width * C * static_cast<std::int64_t>(sizeof(T)), static_cast<int>(sizeof(T))};
 }

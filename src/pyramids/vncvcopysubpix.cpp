@@ -15,7 +15,9 @@ inline void ownSubpixSums8(const vnx8u* r0, const vnx8u* r1, __m128i wTop, __m12
   q[0] = _mm_add_epi32(_mm_madd_epi16(_mm_unpacklo_epi16(a0, a1), wTop), _mm_madd_epi16(_mm_unpacklo_epi16(b0, b1), wBot));
   q[1] = _mm_add_epi32(_mm_madd_epi16(_mm_unpackhi_epi16(a0, a1), wTop), _mm_madd_epi16(_mm_unpackhi_epi16(b0, b1), wBot));
 }
-inline __m128i ownPairs(std::int32_t lo, std::int32_t hi) { return _mm_set1_epi32((hi << 16) | lo); }
+inline __m128i ownPairs(std::int32_t lo, std::int32_t hi) {
+  return _mm_set1_epi32(static_cast<int>((static_cast<std::uint32_t>(hi) << 16) | static_cast<std::uint16_t>(lo)));
+}
 }  // namespace
 
 // The whole vectors read r0[x .. x + 8] and r1[x .. x + 8]: they stop one pixel early.
@@ -53,7 +55,7 @@ template <class S, class D>
 vnxStatus ownCopySubpix(const S* src, int srcStep, D* dst, int dstStep, vnxiSize roi, float dx, float dy, int shift) {
   if (vnxStatus st = ownCheckPtrs({src, dst})) return st;
   if (vnxStatus st = ownCheckRoi(roi)) return st;
-  if (vnxStatus st = ownCheckSteps({ownImgRowBytes<S>(srcStep, std::int64_t{roi.width} + 1), ownImg<D>(dstStep, roi.width)}))
+  if (vnxStatus st = ownCheckSteps({ownImgWide<S>(srcStep, std::int64_t{roi.width} + 1), ownImgWide<D>(dstStep, roi.width)}))
     return st;
   const ownSubpixWeights w = ownSubpixWeightsOf(ownSubpixFraction(dx), ownSubpixFraction(dy));
   for (int y = 0; y < roi.height; ++y) {
@@ -72,7 +74,7 @@ vnxStatus ownCopySubpixIntersectChecked(const S* src, int srcStep, vnxiSize srcR
   if (vnxStatus st = ownCheckPtrs({pMin, pMax})) return st;
   if (vnxStatus st = ownCheckRoi(srcRoi)) return st;
   if (vnxStatus st = ownCheckRoi(dstRoi)) return st;
-  if (vnxStatus st = ownCheckSteps({ownImgRowBytes<S>(srcStep, srcRoi.width), ownImgRowBytes<D>(dstStep, dstRoi.width)}))
+  if (vnxStatus st = ownCheckSteps({ownImgWide<S>(srcStep, srcRoi.width), ownImgWide<D>(dstStep, dstRoi.width)}))
     return st;
   int lo[2], hi[2];
   ownCopySubpixIntersect<S, D>(src, srcStep, srcRoi, dst, dstStep, dstRoi, point.x, point.y, shift, lo, hi);

@@ -104,6 +104,8 @@ inline ownSubpixSpan ownSubpixSpanOf(int n, float x0, int len) {
   ownSubpixSpan s;
   s.i = static_cast<std::int64_t>(std::trunc(static_cast<float>(n) + c)) - n;
   s.f = c - static_cast<float>(s.i);
+  if (!(s.f >= 0.0f)) s.f = 0.0f;  // far from the image single precision loses the fraction: keep it in [0, 1]
+  if (s.f > 1.0f) s.f = 1.0f;
   s.lo = static_cast<int>(std::min<std::int64_t>(std::max<std::int64_t>(0, -s.i), n));
   s.hi = s.i + n - 1 > std::int64_t{len} - 2 ? static_cast<int>(std::max<std::int64_t>(std::int64_t{len} - s.i - 2, -1)) : n - 1;
   if (s.i >= len) {

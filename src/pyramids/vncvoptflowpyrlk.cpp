@@ -246,8 +246,12 @@ vnxStatus ownFlow_omp(const vnxiPyramid* pPyr1, const vnxiPyramid* pPyr2, const 
   if (!(threshold >= 0.0f)) return vnxStatusBadArg;
   // beyond the listed checks: the records must hold maxLev levels with images, the state this type
   if (maxLev > pPyr1->level || maxLev > pPyr2->level || s->typeCode != ownTraits<T>::code) return vnxStatusBadArg;
-  for (int lev = 0; lev <= maxLev; ++lev)
+  for (int lev = 0; lev <= maxLev; ++lev) {
     if (!pPyr1->pImage[lev] || !pPyr2->pImage[lev]) return vnxStatusNullPtr;
+    if (vnxStatus st = ownCheckSteps({ownImg<T>(pPyr1->pStep[lev], pPyr1->pRoi[lev].width),
+                                      ownImg<T>(pPyr2->pStep[lev], pPyr2->pRoi[lev].width)}))
+      return st;
+  }
   for (int i = 0; i < numFeat; ++i) pStatus[i] = static_cast<vnx8u>(maxLev + 1);
   const ownFlowArgs args{pPyr1, pPyr2, pPrev, pNext, pStatus, pError, winSize, maxLev, maxIter, threshold};
   int chunks = ownBandCount(vnxiSize{numFeat, 1}, kOwnBandsFlowFeatures);

@@ -250,7 +250,7 @@ vnxStatus ownLayerStep(const T* src, int srcStep, vnxiSize srcRoi, T* dst, int d
                        const vnxiPyramidState* s, ownLayerDir dir) {
   if (vnxStatus st = ownCheckPtrs({src, dst, s})) return st;
   if (vnxStatus st = ownCheckRoi(srcRoi)) return st;
-  if (vnxStatus st = ownCheckSteps({ownImgRowBytes<T, C>(srcStep, srcRoi.width), ownImgRowBytes<T, C>(dstStep, dstRoi.width)}))
+  if (vnxStatus st = ownCheckSteps({ownImgWide<T, C>(srcStep, srcRoi.width), ownImgWide<T, C>(dstStep, dstRoi.width)}))
     return st;
   if (!ownPyramidRateOk(s->rate) || s->dir != dir || s->typeCode != ownTraits<T>::code || s->channels != C)
     return vnxStatusBadArg;

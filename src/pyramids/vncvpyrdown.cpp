@@ -45,7 +45,7 @@ vnxStatus ownCheckPyrDown(const T* src, int srcStep, const T* dst, int dstStep, 
   if (vnxStatus st = ownCheckPtrs({src, dst, buffer})) return st;
   if (vnxStatus st = ownCheckRoi(roi)) return st;
   return ownCheckSteps(
-      {ownImgRowBytes<T, C>(srcStep, roi.width), ownImgRowBytes<T, C>(dstStep, (roi.width >> 1) + (roi.width & 1))});
+      {ownImgWide<T, C>(srcStep, roi.width), ownImgWide<T, C>(dstStep, (roi.width >> 1) + (roi.width & 1))});
 }
 
 }  // namespace

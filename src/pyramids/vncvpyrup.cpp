@@ -45,7 +45,7 @@ vnxStatus ownCheckPyrUp(const T* src, int srcStep, const T* dst, int dstStep, vn
   if (vnxStatus st = ownCheckPtrs({src, dst, buffer})) return st;
   if (vnxStatus st = ownCheckRoi(roi)) return st;
   return ownCheckSteps(
-      {ownImgRowBytes<T, C>(srcStep, roi.width), ownImgRowBytes<T, C>(dstStep, std::int64_t{2} * roi.width)});
+      {ownImgWide<T, C>(srcStep, roi.width), ownImgWide<T, C>(dstStep, std::int64_t{2} * roi.width)});
 }
 
 }  // namespace

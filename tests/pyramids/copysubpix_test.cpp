@@ -48,7 +48,7 @@ void checkCopy(F fn, int shift, int sf) {
   const float offsets[][2] = {{0, 0}, {-0.25f, 0.5f}, {3.75f, -2.125f}, {0.999f, 0.001f}, {-7.5f, -0.3f}};
   for (vnxiSize roi : {vnxiSize{1, 1}, vnxiSize{7, 3}, vnxiSize{16, 2}, vnxiSize{33, 9}})
     for (auto o : offsets) {
-      vt::Image<S> src(roi.width + 1, roi.height + 1, 1, 3);
+      vt::Image<S> src(roi.width + 1, roi.height + 1, 1, 4);
       vt::fillRandom(src, rng);
       if constexpr (std::is_same<S, float>::value) src.fill([&](int, int, int) { return float(rng() % 5000) / 7.0f; });
       vt::Image<D> dst(roi.width, roi.height, 1, 4);
@@ -98,7 +98,7 @@ TEST(CopySubpix, ZeroOffsetKeepsSourceAndNegativeOffsetIsAFraction) {
 // The window reference: corner, inside range, clamped source rows and columns.
 template <class S, class D>
 void checkWindow(vnxiSize srcRoi, vnxiSize win, float px, float py, int shift, std::mt19937& rng) {
-  vt::Image<S> src(srcRoi.width, srcRoi.height, 1, 3, vt::Guard::Before);
+  vt::Image<S> src(srcRoi.width, srcRoi.height, 1, 4, vt::Guard::Before);
   vt::fillRandom(src, rng);
   if constexpr (std::is_same<S, float>::value) src.fill([&](int, int, int) { return float(rng() % 5000) / 7.0f; });
   const float x0 = px - (win.width - 1) * 0.5f, y0 = py - (win.height - 1) * 0.5f;
@@ -179,7 +179,7 @@ TEST(CopySubpix, CheckOrder) {
       {s, d, &lo, {2, 2}, {2, 0}, 0, 0, vnxStatusBadStep, vnxStatusBadSize},
       {s, d, &lo, {2, 2}, {2, 2}, 2, 3, vnxStatusBadStep, vnxStatusBadStep},
       {s, d, &lo, {2, 2}, {2, 2}, 3, 3, vnxStatusBadStep, vnxStatusBadStep},
-      {s, d, &lo, {2, 2}, {2, 2}, 3, 5, vnxStatusStepNotMultiple, vnxStatusOk},
+      {s, d, &lo, {2, 2}, {2, 2}, 3, 5, vnxStatusStepNotMultiple, vnxStatusStepNotMultiple},
       {s, d, &lo, {2, 2}, {2, 2}, 3, 4, vnxStatusOk, vnxStatusOk},
   };
   for (const Row& r : rows) {

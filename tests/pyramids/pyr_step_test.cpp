@@ -74,7 +74,7 @@ enum class Dir { Down, Up };
 
 template <class T>
 void checkStep(Dir dir, Step<T> step, int channels, vnxiSize roi, vt::Guard guard, std::mt19937& rng) {
-  vt::Image<T> src(roi.width, roi.height, channels, 5, guard);
+  vt::Image<T> src(roi.width, roi.height, channels, 8, guard);
   vt::fillRandom(src, rng);
   if constexpr (std::is_same<T, float>::value) src.fill([&](int, int, int) { return float(rng() % 100000) / 37.0f - 1000.0f; });
   const vnxiSize d = dir == Dir::Down ? vnxiSize{(roi.width + 1) / 2, (roi.height + 1) / 2}
@@ -91,7 +91,7 @@ void checkStep(Dir dir, Step<T> step, int channels, vnxiSize roi, vt::Guard guar
         expected.push_back(dir == Dir::Down ? downRef(src, x, y, c) : upRef(src, x, y, c));
   for (int threads : vt::threadCounts()) {
     vt::Threads t(threads);
-    vt::Image<T> dst(d.width, d.height, channels, 3, guard);
+    vt::Image<T> dst(d.width, d.height, channels, 4, guard);
     dst.fill([](int, int, int) { return 77; });
     ASSERT_EQ(step(src.ptr(), src.step(), dst.ptr(), dst.step(), roi, buf.data()), vnxStatusOk);
     VT_EXPECT_SAME_SAMPLES(expected, dst.pixels());
@@ -177,7 +177,9 @@ TEST(PyrStep, StepCheckOrderLeavesDestinationUnchanged) {
       {s, dst, buf, {4, 4}, 15, 32, vnxStatusBadStep, vnxStatusBadStep},
       {s, dst, buf, {4, 4}, 16, 7, vnxStatusBadStep, vnxStatusBadStep},
       {s, dst, buf, {3, 4}, 12, 8, vnxStatusOk, vnxStatusBadStep},
-      {s, dst, buf, {3, 4}, 13, 25, vnxStatusOk, vnxStatusOk},  // no multiple-of-size test
+      {s, dst, buf, {3, 4}, 13, 25, vnxStatusStepNotMultiple, vnxStatusStepNotMultiple},
+      {s, dst, buf, {3, 4}, 12, 26, vnxStatusStepNotMultiple, vnxStatusStepNotMultiple},
+      {s, dst, buf, {3, 4}, 12, 24, vnxStatusOk, vnxStatusOk},
   };
   for (const Row& r : rows) {
     for (vnx32f& v : dst) v = 9.0f;
