@@ -29,9 +29,6 @@ inline __m128 ownTaps5(__m128 a, __m128 b, __m128 c, __m128 d, __m128 e) {
   const __m128 t = _mm_add_ps(_mm_mul_ps(c, _mm_set1_ps(6.0f)), _mm_mul_ps(_mm_add_ps(b, d), _mm_set1_ps(4.0f)));
   return _mm_add_ps(_mm_add_ps(t, a), e);
 }
-// Even and odd floats of eight.
-inline __m128 ownEvens(const vnx32f* p) { return _mm_shuffle_ps(_mm_loadu_ps(p), _mm_loadu_ps(p + 4), 0x88); }
-inline __m128 ownOdds(const vnx32f* p) { return _mm_shuffle_ps(_mm_loadu_ps(p), _mm_loadu_ps(p + 4), 0xDD); }
 
 // Rounded shift of a 16-bit sum: unsigned for an 8u down sum (it may exceed 32767),
 // arithmetic otherwise (the floor for 8s).
@@ -112,8 +109,12 @@ void ownPyrDownRowH_sse2(const vnx8s* s, std::int64_t width, vnx16s* h, std::int
 void ownPyrDownRowH_sse2(const vnx32f* s, std::int64_t width, vnx32f* h, std::int64_t n) {
   std::int64_t i = 1;
   for (; i < n && 2 * i + 10 <= width; i += 4) {
+    // three loads: p-2..p1, p2..p5, p6..p9 give the even and odd columns, shifted by one
     const vnx32f* p = s + 2 * i;
-    _mm_storeu_ps(h + i, ownTaps5(ownEvens(p - 2), ownOdds(p - 2), ownEvens(p), ownOdds(p), ownEvens(p + 2)));
+    const __m128 a = _mm_loadu_ps(p - 2), b = _mm_loadu_ps(p + 2), c = _mm_loadu_ps(p + 6);
+    const __m128 em = _mm_shuffle_ps(a, b, 0x88), om = _mm_shuffle_ps(a, b, 0xDD);  // p-2 p0 p2 p4, p-1 p1 p3 p5
+    const __m128 e1 = _mm_shuffle_ps(b, c, 0x88), o1 = _mm_shuffle_ps(b, c, 0xDD);  // p2 p4 p6 p8, p3 p5 p7 p9
+    _mm_storeu_ps(h + i, ownTaps5(em, om, _mm_shuffle_ps(em, e1, 0x99), _mm_shuffle_ps(om, o1, 0x99), e1));
   }
   ownPyrDownRowH(s, width, 1, h, 0, 1 < n ? 1 : n);
   ownPyrDownRowH(s, width, 1, h, i < n ? i : n, n);

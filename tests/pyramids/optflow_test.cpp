@@ -170,7 +170,9 @@ TEST(OpticalFlow, CheckOrder) {
   for (const Row& r : rows) {
     s = 77;
     EXPECT_EQ(vnxiOpticalFlowPyrLK_8u_C1R(r.pyr, a.rec, &p, &n, r.status, &e, r.num, r.win, r.lev, r.iter, r.thr, st), r.st);
-    if (r.st < 0) EXPECT_EQ(s, 77);
+    if (r.st < 0) {
+      EXPECT_EQ(s, 77);
+    }
   }
   EXPECT_EQ(vnxiOpticalFlowPyrLK_16u_C1R(a.rec, a.rec, &p, &n, &s, &e, 1, 5, 0, 1, 0, st), vnxStatusBadArg);  // an 8u state
   EXPECT_EQ(vnxiOpticalFlowPyrLKFree_32f_C1R(st), vnxStatusOk);
