@@ -20,7 +20,7 @@ inline __m128i ownWiden8(const vnx8s* p) {
   const __m128i v = ownLoad64(p);
   return _mm_srai_epi16(_mm_unpacklo_epi8(v, v), 8);
 }
-inline __m128i ownTimes6(__m128i v) { return _mm_add_epi16(_mm_slli_epi16(v, 1), _mm_slli_epi16(v, 2)); }
+inline __m128i ownTimes6(__m128i v) { return _mm_mullo_epi16(v, _mm_set1_epi16(6)); }
 // ((6 c + 4 (b + d)) + a) + e in 16-bit lanes (integers: the order does not matter).
 inline __m128i ownTaps5(__m128i a, __m128i b, __m128i c, __m128i d, __m128i e) {
   return _mm_add_epi16(_mm_add_epi16(ownTimes6(c), _mm_slli_epi16(_mm_add_epi16(b, d), 2)), _mm_add_epi16(a, e));
@@ -90,7 +90,7 @@ void ownPyrUpRowV8(const vnx16s* const* r, T* even, T* odd, std::int64_t n) {
     for (int v = 0; v < 2; ++v) {
       const __m128i a = ownLoad(r[0] + k + 8 * v), b = ownLoad(r[1] + k + 8 * v), c = ownLoad(r[2] + k + 8 * v);
       e[v] = ownRoundShift(_mm_add_epi16(_mm_add_epi16(a, ownTimes6(b)), c), 6, false);
-      o[v] = ownRoundShift(_mm_slli_epi16(_mm_add_epi16(b, c), 2), 6, false);
+      o[v] = ownRoundShift(_mm_add_epi16(b, c), 4, false);  // (4 (b + c) + 32) >> 6 is (b + c + 8) >> 4
     }
     ownPack16(even + k, e[0], e[1]);
     ownPack16(odd + k, o[0], o[1]);
