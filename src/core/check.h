@@ -222,3 +222,12 @@ inline vnxStatus ownCheckMorphApply(const T* src, int srcStep, const T* dst, int
     return st;
   return borderType == vnxBorderReplicate ? vnxStatusOk : vnxStatusBadArg;
 }
+
+
+// ---- Pyramids ----
+// An image whose width in pixels is formed in 64 bits (width + 1, 2 x width): the same
+// two tests as ownImg.
+template <class T, int C = 1>
+inline ownStep ownImgWide(int step, std::int64_t width) {
+  return {step, width * C * static_cast<std::int64_t>(sizeof(T)), static_cast<int>(sizeof(T))};
+}

@@ -148,3 +148,11 @@ constexpr ownBandPolicy kOwnBandsCorners{std::int64_t{1} << 16, 32, 1, ownCoreTe
 // Each band refills its own ring of source rows, so a band needs enough rows and the
 // ROI enough pixels to pay for the fork and the rows synthesised twice.
 constexpr ownBandPolicy kOwnBandsMorph{std::int64_t{1} << 14, 16, 1, ownCoreTest::Ignore};
+
+
+// ---- Pyramids ----
+// Pyramid steps and layer resampling: each band makes its own first work rows (two to
+// four source rows again), so a band needs a few dozen rows to pay for them.
+constexpr ownBandPolicy kOwnBandsPyramid{std::int64_t{1} << 16, 16, 1, ownCoreTest::SerialOnSingleCore};
+// Optical flow: chunks of features; a feature costs as much as thousands of pixels.
+constexpr ownBandPolicy kOwnBandsFlowFeatures{8, 1, 1, ownCoreTest::SerialOnSingleCore};
