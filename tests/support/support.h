@@ -118,8 +118,11 @@ class GuardedBytes {
 template <class T>
 class Span {
  public:
+  // The offset is taken in whole elements (rounded down): a pointer to T is aligned
+  // for T, as C requires of every pointer an application passes.
   Span(std::size_t n, int offsetBytes = 0, Guard guard = Guard::After)
-      : bytes_(n * sizeof(T), offsetBytes, guard), n_(n) {}
+      : bytes_(n * sizeof(T), offsetBytes / static_cast<int>(sizeof(T)) * static_cast<int>(sizeof(T)), guard),
+        n_(n) {}
   T* data() const { return static_cast<T*>(bytes_.data()); }
   T& operator[](std::size_t i) const { return data()[i]; }
   std::size_t size() const { return n_; }
