@@ -4,14 +4,15 @@
 // samples that history along a line across the path. The last history image is
 // written as a PNG.
 //
-//   vnxdemo [output.png]
-#include <png.h>
-
+//   vnxmotion [output.png]
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
+#include <string>
 #include <vector>
 
+#include "pngio.h"
 #include "vnxcv.h"
 
 namespace {
@@ -38,26 +39,6 @@ void renderFrame(int t, std::vector<vnx8u>& frame, bool withObject = true) {
       if (withObject && x >= ox && x < ox + kSide && y >= oy && y < oy + kSide) v = (((x - ox) / 5 + (y - oy) / 5) & 1) ? 230 : 170;
       frame[std::size_t(y) * kW + x] = static_cast<vnx8u>(v);
     }
-}
-
-bool writePng(const char* path, const std::vector<vnx8u>& gray, int w, int h) {
-  FILE* f = std::fopen(path, "wb");
-  if (!f) return false;
-  png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
-  png_infop info = png ? png_create_info_struct(png) : nullptr;
-  if (!png || !info || setjmp(png_jmpbuf(png))) {
-    png_destroy_write_struct(&png, &info);
-    std::fclose(f);
-    return false;
-  }
-  png_init_io(png, f);
-  png_set_IHDR(png, info, w, h, 8, PNG_COLOR_TYPE_GRAY, PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT,
-               PNG_FILTER_TYPE_DEFAULT);
-  png_write_info(png, info);
-  for (int y = 0; y < h; ++y) png_write_row(png, const_cast<png_bytep>(&gray[std::size_t(y) * w]));
-  png_write_end(png, nullptr);
-  png_destroy_write_struct(&png, &info);
-  return std::fclose(f) == 0;
 }
 
 #define CHECK(call)                                                     \
@@ -121,11 +102,15 @@ int main(int argc, char** argv) {
 
   // Recent motion bright, older motion darker, none black.
   const float now = float(kFrames - 1);
-  std::vector<vnx8u> gray(history.size());
+  vnxdemo::Image8 gray;
+  gray.width = kW;
+  gray.height = kH;
+  gray.pixels.resize(history.size());
   for (std::size_t i = 0; i < history.size(); ++i)
-    gray[i] = history[i] > 0 ? vnx8u(255.0f * (history[i] - (now - kDuration)) / kDuration) : 0;
-  if (!writePng(out, gray, kW, kH)) {
-    std::fprintf(stderr, "could not write %s\n", out);
+    gray.pixels[i] = history[i] > 0 ? vnx8u(255.0f * (history[i] - (now - kDuration)) / kDuration) : 0;
+  std::string error;
+  if (!vnxdemo::writePng(out, gray, error)) {
+    std::fprintf(stderr, "could not write %s: %s\n", out, error.c_str());
     return 1;
   }
   std::printf("motion-history image written to %s\n", out);
