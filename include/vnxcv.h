@@ -827,6 +827,82 @@ VNX_API vnxStatus vnxiSampleLine_32f_C3R(const vnx32f* pSrc, int srcStep, vnxiSi
 /* ---- Distance transforms, flood fill and marker labelling (distance, segment)  */
 
 /* ---- Integral images and Haar classifiers (detect) --------------------------- */
+/* Summed-area tables of an 8u image (W x H ROI). Upright tables are (W+1) x (H+1):
+ * row 0 and column 0 hold the offset `val` (`valSqr` for squares) and every entry
+ * carries it once. Tilted tables are (W+2) x (H+2), rows 0 and 1 hold the offset,
+ * and row r + 2 follows from source row r and the two table rows above it:
+ *   T[0] = P[1]; T[x] = s[x-1] + s[x] + P[x-1] + P[x+1] - PP[x] (x = 1..W-1);
+ *   T[W] = s[W-1] + P[W-1] + P[W+1] - PP[W]; T[W+1] = P[W].
+ * 32s tables wrap at 32 bits (no saturation). 32f sums: the row sum is an exact
+ * integer, only the vertical accumulation rounds; tilted 32f entries are evaluated
+ * in double and rounded once. The 32f tilted sum tables (TiltedIntegral_8u32f and
+ * the sum table of TiltedSqrIntegral_8u32f64f) ADD the new T[W] to the value the
+ * caller's table already holds in column W of rows 2..H+1: zero that column first
+ * for the plain table (the library never pre-clears it, so the rule stays
+ * observable); all other entries and all square tables are assigned.
+ * Checks: null pointers -8; W or H < 1 -6; srcStep < W or a table step below
+ * elemBytes x columns -14; a table step not a multiple of its element -108 (the
+ * source step is never tested for alignment). Serial. */
+VNX_API vnxStatus vnxiIntegral_8u32s_C1R(const vnx8u* pSrc, int srcStep, vnx32s* pDst, int dstStep,
+                                        vnxiSize roiSize, vnx32s val) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiIntegral_8u32f_C1R(const vnx8u* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                        vnxiSize roiSize, vnx32f val) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiSqrIntegral_8u32s64f_C1R(const vnx8u* pSrc, int srcStep, vnx32s* pDst, int dstStep,
+                                              vnx64f* pSqr, int sqrStep, vnxiSize roiSize, vnx32s val,
+                                              vnx64f valSqr) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiSqrIntegral_8u32f64f_C1R(const vnx8u* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                              vnx64f* pSqr, int sqrStep, vnxiSize roiSize, vnx32f val,
+                                              vnx64f valSqr) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiSqrIntegral_8u32s_C1R(const vnx8u* pSrc, int srcStep, vnx32s* pDst, int dstStep,
+                                           vnx32s* pSqr, int sqrStep, vnxiSize roiSize, vnx32s val,
+                                           vnx32s valSqr) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiTiltedIntegral_8u32s_C1R(const vnx8u* pSrc, int srcStep, vnx32s* pDst, int dstStep,
+                                              vnxiSize roiSize, vnx32s val) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiTiltedIntegral_8u32f_C1R(const vnx8u* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                              vnxiSize roiSize, vnx32f val) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiTiltedSqrIntegral_8u32s64f_C1R(const vnx8u* pSrc, int srcStep, vnx32s* pDst, int dstStep,
+                                                    vnx64f* pSqr, int sqrStep, vnxiSize roiSize, vnx32s val,
+                                                    vnx64f valSqr) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiTiltedSqrIntegral_8u32f64f_C1R(const vnx8u* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                                    vnx64f* pSqr, int sqrStep, vnxiSize roiSize, vnx32f val,
+                                                    vnx64f valSqr) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiTiltedSqrIntegral_8u32s_C1R(const vnx8u* pSrc, int srcStep, vnx32s* pDst, int dstStep,
+                                                 vnx32s* pSqr, int sqrStep, vnxiSize roiSize, vnx32s val,
+                                                 vnx32s valSqr) VNX_NOEXCEPT;
+
+/* Standard deviation under rectangle `rect` at every position of the W x H output.
+ * pSrc/pSqr address the table entry output (0,0) uses. Upright corners of output
+ * (j,i): [j+y][i+x], [j+y][i+x+w], [j+y+h][i+x], [j+y+h][i+x+w], area w*h (formed in
+ * 64 bits, then converted to single). Tilted corners A = [j+x+y][i+x-y],
+ * B = [j+x+y+w+h][i+x-y+w-h], C = [j+x+y+h][i+x-y-h], D = [j+x+y+w][i+x-y+w], area
+ * 2wh; column indices may be negative (the caller positions pSrc).
+ * 32s32f / 32f: mean and variance in single, squares converted to single first;
+ * tilted: mean in single (32f member: the four sums combined in double, mean in
+ * double), variance in double, square root in single. Negative variances are 0.
+ * Sfs: trunc(sqrt(var) x 2^-scaleFactor + 0.5) without saturation; a result outside
+ * the 32-bit range gives INT_MIN (the processor's indefinite integer), and a scale
+ * outside the float range is 0 or infinity. Checks: null -8; ROI -6; srcStep below
+ * 4 x columns, sqrStep below elemBytes x columns or dstStep below 4W -14 (columns =
+ * W + x + width upright, width + height + x + y + W - 1 tilted); srcStep, dstStep
+ * not a multiple of 4 or sqrStep of its element -108; then rect x or y < 0, width
+ * or height < 1 -6. Only RectStdDev_32f runs in bands: min(threads, (W x H) >> 10)
+ * of them, serial below 2, at most 32. */
+VNX_API vnxStatus vnxiRectStdDev_32s32f_C1R(const vnx32s* pSrc, int srcStep, const vnx64f* pSqr, int sqrStep,
+                                           vnx32f* pDst, int dstStep, vnxiSize roiSize, vnxiRect rect) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiRectStdDev_32f_C1R(const vnx32f* pSrc, int srcStep, const vnx64f* pSqr, int sqrStep,
+                                        vnx32f* pDst, int dstStep, vnxiSize roiSize, vnxiRect rect) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiRectStdDev_32s_C1RSfs(const vnx32s* pSrc, int srcStep, const vnx32s* pSqr, int sqrStep,
+                                           vnx32s* pDst, int dstStep, vnxiSize roiSize, vnxiRect rect,
+                                           int scaleFactor) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiTiltedRectStdDev_32s32f_C1R(const vnx32s* pSrc, int srcStep, const vnx64f* pSqr, int sqrStep,
+                                                 vnx32f* pDst, int dstStep, vnxiSize roiSize,
+                                                 vnxiRect rect) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiTiltedRectStdDev_32f_C1R(const vnx32f* pSrc, int srcStep, const vnx64f* pSqr, int sqrStep,
+                                              vnx32f* pDst, int dstStep, vnxiSize roiSize, vnxiRect rect) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiTiltedRectStdDev_32s_C1RSfs(const vnx32s* pSrc, int srcStep, const vnx32s* pSqr, int sqrStep,
+                                                 vnx32s* pDst, int dstStep, vnxiSize roiSize, vnxiRect rect,
+                                                 int scaleFactor) VNX_NOEXCEPT;
+
 
 /* ---- Status texts (runtime) --------------------------------------------------- */
 

@@ -125,3 +125,13 @@ bool ownFitsCache(vnxiSize roi, int bytesPerPixel) noexcept;
 // everything else), so it is written with non-temporal stores, which also spare
 // the read-for-ownership of every destination line. The results are the same.
 bool ownStreamOutput(std::int64_t bytesTouched) noexcept;
+
+// Object detection (rectangle deviation of 32f tables, the 32f Haar stage): one
+// thread for every 1024 pixels at most, n = min(threads, (W x H) >> 10); serial
+// when n is below 2, otherwise at most 32 bands.
+inline int ownBandCountPerKPixels(vnxiSize roi) noexcept {
+  const std::int64_t byPixels = (static_cast<std::int64_t>(roi.width) * roi.height) >> 10;
+  const std::int64_t n = byPixels < ownNumThreads() ? byPixels : ownNumThreads();
+  if (n < 2) return 1;
+  return n > 32 ? 32 : static_cast<int>(n);
+}
