@@ -904,6 +904,89 @@ VNX_API vnxStatus vnxiTiltedRectStdDev_32s_C1RSfs(const vnx32s* pSrc, int srcSte
                                                  int scaleFactor) VNX_NOEXCEPT;
 
 
+/* Haar classifier stages. A state is built once from the features' rectangles
+ * (pFeature, concatenated in feature order), one weight per rectangle, one
+ * threshold and two output values per feature, and pNum (rectangles per feature,
+ * at least 1), and released with the matching Free. Upright states store the
+ * two-rectangle features first, then the three-rectangle ones, then the others,
+ * each group in input order (the evaluation order); tilted states keep the input
+ * order. Corners: upright (x,y,w,h) c0 = (x+w, y+h), c1 = (x, y+h), c2 = (x+w, y),
+ * c3 = (x, y); tilted c3 = (x, y), c2 = (x+w, y+w), c1 = (x-h, y+h),
+ * c0 = (x+w-h, y+w+h); a rectangle's sum is I[c0] - I[c1] - I[c2] + I[c3].
+ * InitAlloc: null -8; length < 0 or a pNum entry < 1 -6 (before allocating);
+ * no memory -9; a rectangle with x or y < 0, width or height < 1 (tilted also
+ * x + 1 < height) frees the block, sets *ppState to null and gives -5. length 0
+ * builds an empty state (window size {0, 0}, every stage sum 0). The state keeps
+ * the bounding rectangle with its classic bookkeeping (minima of x and y, far
+ * edges compared against size + minimum; for tilted states the far edges are the
+ * c0 corners) and a standard-weights flag, set only by the upright 32f
+ * constructor (1 when every feature's first weight is -1); no apply reads them.
+ * Free takes the state alone (null -8). GetSize: width = max column of c2, height
+ * = max row of c1. TiltHaarFeatures: for each nonzero pMask[i] (one byte per
+ * feature, ascending i) the feature with input index i becomes tilted (tag 1),
+ * anchored at its top-left corner when flag != 0, at its lower-left one when
+ * flag = 0; a state holding tilted features refuses with -5 (tilting happens once).
+ * Apply: checks null -8 (pSrc, pNorm, pMask, pPositive, pState; mixed also pTilt);
+ * ROI -6; srcStep, normStep (mixed: tiltStep) below 4W or maskStep below W -14;
+ * a table or norm step not a multiple of 4 -108; no memory -9. At each position
+ * whose mask byte is nonzero, with n = pNorm there: every feature adds
+ * val2 if sum(float(rect sum) x weight) >= threshold x n, else val1; a position
+ * whose stage sum is below `threshold` is cleared in the mask, the others are
+ * counted into *pPositive. Sfs: all in wrapping 32-bit integers, scaleFactor
+ * accepted and unused. Mixed members read tilted features (tag bit 0) from the
+ * tilted table addressed at its row 1, column 1, the others from pSrc; the plain
+ * members read every feature from pSrc. ApplyHaarClassifier_32f runs in row bands
+ * (min(threads, (W x H) >> 10), serial below 2, at most 32) sharing one read-only
+ * offset table; positive counts are added in band order. */
+typedef struct vnxiHaarClassifier_32f vnxiHaarClassifier_32f;
+typedef struct vnxiHaarClassifier_32s vnxiHaarClassifier_32s;
+VNX_API vnxStatus vnxiHaarClassifierInitAlloc_32f(vnxiHaarClassifier_32f** ppState, const vnxiRect* pFeature,
+                                                 const vnx32f* pWeight, const vnx32f* pThreshold, const vnx32f* pVal1,
+                                                 const vnx32f* pVal2, const int* pNum, int length) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiHaarClassifierInitAlloc_32s(vnxiHaarClassifier_32s** ppState, const vnxiRect* pFeature,
+                                                 const vnx32s* pWeight, const vnx32s* pThreshold, const vnx32s* pVal1,
+                                                 const vnx32s* pVal2, const int* pNum, int length) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiTiltedHaarClassifierInitAlloc_32f(vnxiHaarClassifier_32f** ppState, const vnxiRect* pFeature,
+                                                       const vnx32f* pWeight, const vnx32f* pThreshold,
+                                                       const vnx32f* pVal1, const vnx32f* pVal2, const int* pNum,
+                                                       int length) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiTiltedHaarClassifierInitAlloc_32s(vnxiHaarClassifier_32s** ppState, const vnxiRect* pFeature,
+                                                       const vnx32s* pWeight, const vnx32s* pThreshold,
+                                                       const vnx32s* pVal1, const vnx32s* pVal2, const int* pNum,
+                                                       int length) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiHaarClassifierFree_32f(vnxiHaarClassifier_32f* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiHaarClassifierFree_32s(vnxiHaarClassifier_32s* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiGetHaarClassifierSize_32f(const vnxiHaarClassifier_32f* pState, vnxiSize* pSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiGetHaarClassifierSize_32s(const vnxiHaarClassifier_32s* pState, vnxiSize* pSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiTiltHaarFeatures_32f(const vnx8u* pMask, int flag, vnxiHaarClassifier_32f* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiTiltHaarFeatures_32s(const vnx8u* pMask, int flag, vnxiHaarClassifier_32s* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiApplyHaarClassifier_32f_C1R(const vnx32f* pSrc, int srcStep, const vnx32f* pNorm, int normStep,
+                                                 vnx8u* pMask, int maskStep, vnxiSize roiSize, int* pPositive,
+                                                 vnx32f threshold, const vnxiHaarClassifier_32f* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiApplyHaarClassifier_32s32f_C1R(const vnx32s* pSrc, int srcStep, const vnx32f* pNorm,
+                                                    int normStep, vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                                    int* pPositive, vnx32f threshold,
+                                                    const vnxiHaarClassifier_32f* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiApplyHaarClassifier_32s_C1RSfs(const vnx32s* pSrc, int srcStep, const vnx32s* pNorm,
+                                                    int normStep, vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                                    int* pPositive, vnx32s threshold,
+                                                    const vnxiHaarClassifier_32s* pState, int scaleFactor) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiApplyMixedHaarClassifier_32f_C1R(const vnx32f* pSrc, int srcStep, const vnx32f* pTilt,
+                                                      int tiltStep, const vnx32f* pNorm, int normStep, vnx8u* pMask,
+                                                      int maskStep, vnxiSize roiSize, int* pPositive,
+                                                      vnx32f threshold,
+                                                      const vnxiHaarClassifier_32f* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiApplyMixedHaarClassifier_32s32f_C1R(const vnx32s* pSrc, int srcStep, const vnx32s* pTilt,
+                                                         int tiltStep, const vnx32f* pNorm, int normStep,
+                                                         vnx8u* pMask, int maskStep, vnxiSize roiSize, int* pPositive,
+                                                         vnx32f threshold,
+                                                         const vnxiHaarClassifier_32f* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiApplyMixedHaarClassifier_32s_C1RSfs(const vnx32s* pSrc, int srcStep, const vnx32s* pTilt,
+                                                         int tiltStep, const vnx32s* pNorm, int normStep,
+                                                         vnx8u* pMask, int maskStep, vnxiSize roiSize, int* pPositive,
+                                                         vnx32s threshold, const vnxiHaarClassifier_32s* pState,
+                                                         int scaleFactor) VNX_NOEXCEPT;
+
 /* ---- Status texts (runtime) --------------------------------------------------- */
 
 #ifdef __cplusplus

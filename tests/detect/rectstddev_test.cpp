@@ -117,7 +117,7 @@ void checkMember(Member m, bool tilted, bool flat, int sf) {
         for (int i = 0; i < roi.width; ++i) {
           const D e = D(tilted ? refTilted(t, m, r, j, i, c0, sf) : refUpright(t, m, r, j, i, sf));
           ASSERT_EQ(vt::bits(float(e)), vt::bits(float(dst.at(i, j)))) << int(m) << " tilted " << tilted << " at " << i << "," << j;
-          if (flat) EXPECT_EQ(D(0), dst.at(i, j));
+          if (flat) { EXPECT_EQ(D(0), dst.at(i, j)); }
         }
     }
 }
@@ -195,7 +195,7 @@ TEST(RectStdDev, StatusesComeInTheirFixedOrderWithTheRectangleLast) {
                                                    c.nullDst ? nullptr : d.data(), 4 * c.roi.width + c.dstDelta, c.roi,
                                                    c.rect);
     EXPECT_EQ(c.expect, st) << c.what;
-    if (st) EXPECT_EQ(std::vector<float>(64, -1.0f), d) << c.what;
+    if (st) { EXPECT_EQ(std::vector<float>(64, -1.0f), d) << c.what; }
   }
   // Tilted minima: 4 x (width + height + x + y + W - 1) for the sum, 8 x that for 64f squares.
   std::vector<int> s(64, 0);
