@@ -108,7 +108,7 @@ void checkApply(float scale, W stageThreshold, Apply apply, bool allZeroMask) {
     EXPECT_EQ(positive, got);
     VT_EXPECT_SAME_SAMPLES(expect.pixels(), mask.pixels());
     EXPECT_TRUE(mask.canaryIntact());
-    if (allZeroMask) EXPECT_EQ(0, got);
+    if (allZeroMask) { EXPECT_EQ(0, got); }
   }
   if constexpr (std::is_same<W, float>::value) vnxiHaarClassifierFree_32f(st); else vnxiHaarClassifierFree_32s(st);
 }
