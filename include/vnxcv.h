@@ -824,6 +824,253 @@ VNX_API vnxStatus vnxiSampleLine_32f_C3R(const vnx32f* pSrc, int srcStep, vnxiSi
 
 /* ---- Pyramids, sub-pixel copy and optical flow (pyramids) -------------------- */
 
+/* A point with float coordinates (x, y): the feature points of the optical flow and the centre of
+ * an intersecting sub-pixel copy. */
+typedef struct { vnx32f x, y; } vnxiPoint32f;
+
+/* Gaussian pyramid steps with the 5x5 kernel (1 4 6 4 1) x (1 4 6 4 1).
+ * Down: dst is ((w + 1) >> 1) x ((h + 1) >> 1); dst(i, j) weighs src around (2i, 2j) (total 256).
+ *   Beyond the edges the image is mirrored without repeating the edge pixel, again while the index
+ *   is still outside (a width of 1 reads only column 0; a width of 2 weighs its columns 8, 8).
+ * Up: dst is 2w x 2h; per direction an even position 2x takes p(x-1) + 6p(x) + p(x+1) and an odd one
+ *   4(p(x) + p(x+1)) (total 64); left and top mirror (p(-1) is p(1)), right and bottom repeat the
+ *   edge pixel (p(w) is p(w-1)).
+ * Results: 8u (S + 128) >> 8 down, (S + 32) >> 6 up; 8s the floor of (S + 128) / 256 and (S + 32) / 64;
+ *   32f S * 0.00390625 and S * 0.015625. Both steps sum rows first, then columns; 32f sums in the order
+ *   ((6 p0 + 4 (p-1 + p1)) + p-2) + p2 down and (p-1 + 6 p0) + p1, 4 (p0 + p1) up, per pass.
+ * Buffer: down 6 R + 32 bytes with R = 4 w channels rounded up to 16; up 3 R' + 32 with R' = 8 w channels
+ *   rounded up to 16; the steps align it themselves. Parallel bands take their rows from the buffer while
+ *   it holds them; further bands take theirs from the scratch allocator, and when that fails the step runs
+ *   in as many bands as the buffer holds (the results are the same).
+ * As everywhere in the library, a 32f step that is not a multiple of 4 gives -108 after the row-byte
+ * tests (here and in the sub-pixel copies and layer steps, for every 16u or 32f image). */
+VNX_API vnxStatus vnxiPyrDownGetBufSize_Gauss5x5(int roiWidth, int dataType, int channels, int* pBufSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyrUpGetBufSize_Gauss5x5(int roiWidth, int dataType, int channels, int* pBufSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyrDown_Gauss5x5_8u_C1R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep,
+                                              vnxiSize roiSize, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyrDown_Gauss5x5_8u_C3R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep,
+                                              vnxiSize roiSize, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyrDown_Gauss5x5_8s_C1R(const vnx8s* pSrc, int srcStep, vnx8s* pDst, int dstStep,
+                                              vnxiSize roiSize, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyrDown_Gauss5x5_8s_C3R(const vnx8s* pSrc, int srcStep, vnx8s* pDst, int dstStep,
+                                              vnxiSize roiSize, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyrDown_Gauss5x5_32f_C1R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                               vnxiSize roiSize, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyrDown_Gauss5x5_32f_C3R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                               vnxiSize roiSize, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyrUp_Gauss5x5_8u_C1R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep,
+                                            vnxiSize roiSize, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyrUp_Gauss5x5_8u_C3R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep,
+                                            vnxiSize roiSize, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyrUp_Gauss5x5_8s_C1R(const vnx8s* pSrc, int srcStep, vnx8s* pDst, int dstStep,
+                                            vnxiSize roiSize, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyrUp_Gauss5x5_8s_C3R(const vnx8s* pSrc, int srcStep, vnx8s* pDst, int dstStep,
+                                            vnxiSize roiSize, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyrUp_Gauss5x5_32f_C1R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                             vnxiSize roiSize, vnx8u* pBuffer) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyrUp_Gauss5x5_32f_C3R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                             vnxiSize roiSize, vnx8u* pBuffer) VNX_NOEXCEPT;
+
+/* Sub-pixel copies (bilinear). Only the fractional part of an offset counts: f = d - trunc(d), plus 1
+ * when negative (dx = -0.25 is a fraction of 0.75 and moves no column). Integer members weigh the four
+ * neighbours with 14-bit weights a = trunc(f * 16384 + 0.5), w = (p q + 16384) >> 14 (they sum to 16388
+ * at a zero offset) and return (sum w s + 8192) >> 14; 16u results above 65535 saturate. The _Sfs member
+ * rounds the same sum Q as (Q + 2^(s - 1)) >> s with s = 14 + scaleFactor (a shift of 0 or less
+ * multiplies) and saturates to 0..65535; -7 gives values times 128. Float members (8u32f, 16u32f and
+ * 32f) raise fx to at least 1e-6 and fy to at least 1e-9 and sum ((w00 s00 + w10 s10) + w01 s01) + w11 s11.
+ * CopySubpix reads (width + 1) x (height + 1) source pixels; srcStep must cover width + 1 pixels.
+ * Both families test the row bytes of source and destination, then (as everywhere) the multiples of the
+ * element size of both (-108). */
+VNX_API vnxStatus vnxiCopySubpix_8u_C1R(const vnx8u* pSrc, int srcStep, vnx8u* pDst, int dstStep, vnxiSize roiSize,
+                                        vnx32f dx, vnx32f dy) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiCopySubpix_8u16u_C1R_Sfs(const vnx8u* pSrc, int srcStep, vnx16u* pDst, int dstStep,
+                                               vnxiSize roiSize, vnx32f dx, vnx32f dy, int scaleFactor) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiCopySubpix_8u32f_C1R(const vnx8u* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                           vnxiSize roiSize, vnx32f dx, vnx32f dy) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiCopySubpix_16u_C1R(const vnx16u* pSrc, int srcStep, vnx16u* pDst, int dstStep,
+                                         vnxiSize roiSize, vnx32f dx, vnx32f dy) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiCopySubpix_16u32f_C1R(const vnx16u* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                            vnxiSize roiSize, vnx32f dx, vnx32f dy) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiCopySubpix_32f_C1R(const vnx32f* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                         vnxiSize roiSize, vnx32f dx, vnx32f dy) VNX_NOEXCEPT;
+
+/* Intersecting copy: the window dstRoi centred at `point`, corner x0 = x - (W - 1) / 2, ix = trunc(W + x0) - W,
+ * fx = x0 - ix (likewise y). pMin.x = min(max(0, -ix), W); pMax.x = W - 1, or srcWidth - ix - 2 when
+ * ix + W - 1 > srcWidth - 2; ix >= srcWidth gives pMin.x = 0, pMax.x = -1 (likewise y): [pMin, pMax] is
+ * the part of the window whose four source pixels are all inside. Every window pixel is the interpolation
+ * above of the source extended by edge replication: source rows and columns are clamped to the image, so
+ * a pixel left of pMin.x takes the first source column and one right of pMax.x the last (interpolated
+ * along the other direction only where that one is inside). Same arithmetic as CopySubpix. */
+VNX_API vnxStatus vnxiCopySubpixIntersect_8u_C1R(const vnx8u* pSrc, int srcStep, vnxiSize srcRoi, vnx8u* pDst,
+                                                 int dstStep, vnxiSize dstRoi, vnxiPoint32f point, vnxiPoint* pMin,
+                                                 vnxiPoint* pMax) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiCopySubpixIntersect_8u16u_C1R_Sfs(const vnx8u* pSrc, int srcStep, vnxiSize srcRoi,
+                                                        vnx16u* pDst, int dstStep, vnxiSize dstRoi,
+                                                        vnxiPoint32f point, vnxiPoint* pMin, vnxiPoint* pMax,
+                                                        int scaleFactor) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiCopySubpixIntersect_8u32f_C1R(const vnx8u* pSrc, int srcStep, vnxiSize srcRoi, vnx32f* pDst,
+                                                    int dstStep, vnxiSize dstRoi, vnxiPoint32f point,
+                                                    vnxiPoint* pMin, vnxiPoint* pMax) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiCopySubpixIntersect_16u_C1R(const vnx16u* pSrc, int srcStep, vnxiSize srcRoi, vnx16u* pDst,
+                                                  int dstStep, vnxiSize dstRoi, vnxiPoint32f point, vnxiPoint* pMin,
+                                                  vnxiPoint* pMax) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiCopySubpixIntersect_16u32f_C1R(const vnx16u* pSrc, int srcStep, vnxiSize srcRoi,
+                                                     vnx32f* pDst, int dstStep, vnxiSize dstRoi, vnxiPoint32f point,
+                                                     vnxiPoint* pMin, vnxiPoint* pMax) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiCopySubpixIntersect_32f_C1R(const vnx32f* pSrc, int srcStep, vnxiSize srcRoi, vnx32f* pDst,
+                                                  int dstStep, vnxiSize dstRoi, vnxiPoint32f point, vnxiPoint* pMin,
+                                                  vnxiPoint* pMax) VNX_NOEXCEPT;
+
+/* Pyramid levels of any rate 1 < r <= 10. Up range of a dimension n: minimum 1 for n = 1, else
+ * max(trunc((n - 1) r) + 1, n + 1); maximum max(n + 1, trunc(n r)) (single-precision products; a maximum
+ * beyond 2^31 - 1 is reported as 2^31 - 1). Down size: m = trunc(n / r + 0.5), at least 1, moved by one
+ * until n lies in the up range of m. */
+VNX_API vnxStatus vnxiGetPyramidDownROI(vnxiSize srcRoi, vnxiSize* pDstRoi, vnx32f rate) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiGetPyramidUpROI(vnxiSize srcRoi, vnxiSize* pDstRoiMin, vnxiSize* pDstRoiMax,
+                                      vnx32f rate) VNX_NOEXCEPT;
+
+/* The pyramid record: one block from vnxiPyramidInitAlloc, released by vnxiPyramidFree, with its four
+ * arrays of level + 1 entries in the same block (each aligned to 8 bytes). The caller fills pImage and
+ * pStep; level is min(the wanted count, the down steps that reach 1 x 1). */
+typedef struct {
+  void** pImage;  /* level images, null at creation */
+  vnxiSize* pRoi; /* level sizes, level 0 the base ROI, each the down size of the one before */
+  vnx64f* pRate;  /* scale factors: level k holds (1 / rate)^k, level 0 1.0 */
+  int* pStep;     /* level row steps in bytes, 0 at creation */
+  void* pState;   /* a layer state the caller may attach, null at creation */
+  int level;      /* levels above the base */
+} vnxiPyramid;
+VNX_API vnxStatus vnxiPyramidInitAlloc(vnxiPyramid** ppPyramid, int level, vnxiSize roiSize, vnx32f rate) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidFree(vnxiPyramid* pPyramid) VNX_NOEXCEPT;
+
+/* Layer states and steps: smooth with the caller's kernel, then resample to the next level.
+ * Kernel: kerSize odd, >= 3; only taps 0..kerSize/2 count, the right half is their mirror (a differing
+ * right half gives the warning 38 and the state is built). S = tap[c] + 2 (taps 0..c-1): 32f taps are
+ * divided by S unless |S| <= FLT_EPSILON (then used as given); integer taps become trunc(16384 tap / S + 0.5)
+ * kept in 16 bits and halved (13 fraction bits); an integer sum of 0 keeps the taps as given, in units of
+ * 2^-13. mode must be 2 (linear).
+ * Smoothing: rows then columns, the image mirrored about its edge pixel beyond the edges. 8u and 16u keep
+ * the intermediate in units of 1/8: a row sum is (sum + 2^9) >> 10, a column sum (sum + 2^12) >> 13,
+ * clamped to 16 bits (8u) or 32 bits (16u); 32f sums floats over the taps in order.
+ * Down: a rate within [1.99998, 2.00002] takes every second intermediate sample in each direction; any
+ * other rate maps destination row j to y = j r (single precision), iy = trunc(y), f = y - iy, and blends
+ * rows iy + 1 and iy as trunc(a f + 0.5 + b (1 - f)) (32f: a f + b (1 - f)), then columns alike at x = i r;
+ * indices beyond the last row or column take the last one.
+ * Up: the same smoothing, then the same blend at y = j / r and x = i / r (rows, then columns).
+ * Results: 8u and 16u v -> (v + 4) >> 3, 0 when v + 4 < 8, the type's maximum above it; 32f as blended.
+ * Steps check pointers (-8), the source size (-6), steps against row bytes (-14), then a state rate outside
+ * (1, 10] or a state of another type, channel count or direction (-5), then the destination size (-6):
+ * down, the next entry of the state's table of sizes when the source height is in it, else the down size
+ * of the source; up, within the up range. Both steps take a work area from the scratch allocator for each
+ * call (-9 when that fails) and run in bands of destination rows. One state serves one call at a time. */
+typedef struct vnxiPyramidState vnxiPyramidState;
+VNX_API vnxStatus vnxiPyramidLayerDownInitAlloc_8u_C1R(vnxiPyramidState** ppState, vnxiSize srcRoi, vnx32f rate,
+                                                   const vnx16s* pKernel, int kerSize, int mode) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerDown_8u_C1R(const vnx8u* pSrc, int srcStep, vnxiSize srcRoi, vnx8u* pDst, int dstStep,
+                                          vnxiSize dstRoi, const vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerDownFree_8u_C1R(vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerDownInitAlloc_8u_C3R(vnxiPyramidState** ppState, vnxiSize srcRoi, vnx32f rate,
+                                                   const vnx16s* pKernel, int kerSize, int mode) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerDown_8u_C3R(const vnx8u* pSrc, int srcStep, vnxiSize srcRoi, vnx8u* pDst, int dstStep,
+                                          vnxiSize dstRoi, const vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerDownFree_8u_C3R(vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerDownInitAlloc_16u_C1R(vnxiPyramidState** ppState, vnxiSize srcRoi, vnx32f rate,
+                                                   const vnx16s* pKernel, int kerSize, int mode) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerDown_16u_C1R(const vnx16u* pSrc, int srcStep, vnxiSize srcRoi, vnx16u* pDst, int dstStep,
+                                          vnxiSize dstRoi, const vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerDownFree_16u_C1R(vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerDownInitAlloc_16u_C3R(vnxiPyramidState** ppState, vnxiSize srcRoi, vnx32f rate,
+                                                   const vnx16s* pKernel, int kerSize, int mode) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerDown_16u_C3R(const vnx16u* pSrc, int srcStep, vnxiSize srcRoi, vnx16u* pDst, int dstStep,
+                                          vnxiSize dstRoi, const vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerDownFree_16u_C3R(vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerDownInitAlloc_32f_C1R(vnxiPyramidState** ppState, vnxiSize srcRoi, vnx32f rate,
+                                                   const vnx32f* pKernel, int kerSize, int mode) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerDown_32f_C1R(const vnx32f* pSrc, int srcStep, vnxiSize srcRoi, vnx32f* pDst, int dstStep,
+                                          vnxiSize dstRoi, const vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerDownFree_32f_C1R(vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerDownInitAlloc_32f_C3R(vnxiPyramidState** ppState, vnxiSize srcRoi, vnx32f rate,
+                                                   const vnx32f* pKernel, int kerSize, int mode) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerDown_32f_C3R(const vnx32f* pSrc, int srcStep, vnxiSize srcRoi, vnx32f* pDst, int dstStep,
+                                          vnxiSize dstRoi, const vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerDownFree_32f_C3R(vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerUpInitAlloc_8u_C1R(vnxiPyramidState** ppState, vnxiSize srcRoi, vnx32f rate,
+                                                   const vnx16s* pKernel, int kerSize, int mode) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerUp_8u_C1R(const vnx8u* pSrc, int srcStep, vnxiSize srcRoi, vnx8u* pDst, int dstStep,
+                                          vnxiSize dstRoi, const vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerUpFree_8u_C1R(vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerUpInitAlloc_8u_C3R(vnxiPyramidState** ppState, vnxiSize srcRoi, vnx32f rate,
+                                                   const vnx16s* pKernel, int kerSize, int mode) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerUp_8u_C3R(const vnx8u* pSrc, int srcStep, vnxiSize srcRoi, vnx8u* pDst, int dstStep,
+                                          vnxiSize dstRoi, const vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerUpFree_8u_C3R(vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerUpInitAlloc_16u_C1R(vnxiPyramidState** ppState, vnxiSize srcRoi, vnx32f rate,
+                                                   const vnx16s* pKernel, int kerSize, int mode) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerUp_16u_C1R(const vnx16u* pSrc, int srcStep, vnxiSize srcRoi, vnx16u* pDst, int dstStep,
+                                          vnxiSize dstRoi, const vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerUpFree_16u_C1R(vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerUpInitAlloc_16u_C3R(vnxiPyramidState** ppState, vnxiSize srcRoi, vnx32f rate,
+                                                   const vnx16s* pKernel, int kerSize, int mode) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerUp_16u_C3R(const vnx16u* pSrc, int srcStep, vnxiSize srcRoi, vnx16u* pDst, int dstStep,
+                                          vnxiSize dstRoi, const vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerUpFree_16u_C3R(vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerUpInitAlloc_32f_C1R(vnxiPyramidState** ppState, vnxiSize srcRoi, vnx32f rate,
+                                                   const vnx32f* pKernel, int kerSize, int mode) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerUp_32f_C1R(const vnx32f* pSrc, int srcStep, vnxiSize srcRoi, vnx32f* pDst, int dstStep,
+                                          vnxiSize dstRoi, const vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerUpFree_32f_C1R(vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerUpInitAlloc_32f_C3R(vnxiPyramidState** ppState, vnxiSize srcRoi, vnx32f rate,
+                                                   const vnx32f* pKernel, int kerSize, int mode) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerUp_32f_C3R(const vnx32f* pSrc, int srcStep, vnxiSize srcRoi, vnx32f* pDst, int dstStep,
+                                          vnxiSize dstRoi, const vnxiPyramidState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiPyramidLayerUpFree_32f_C3R(vnxiPyramidState* pState) VNX_NOEXCEPT;
+
+/* Pyramidal Lucas-Kanade flow. pPyr1 and pPyr2 are pyramid records whose images (of the function's
+ * type) the caller filled up to maxLev; points are in level-0 pixels. Every status byte starts at
+ * maxLev + 1. Per point and level lev = maxLev .. 0 (f = scale factor of the level): the window of side
+ * winSize + 2 around pPrev * f is cut from the first image with the intersecting copy, its inside part
+ * shrunk by one pixel a side, and differentiated with the 3 x 3 Scharr sums divided by 32; then at most
+ * maxIter times the window around the estimate (u, v) (at the coarsest level pNext * f) is cut from the
+ * second image, d = first - second is summed over the intersection of the two inside parts (G again on
+ * the first pass and whenever the intersection changes), det = Gxx Gyy - Gxy^2 below 2^-52 loses the
+ * point, (dx, dy) = G^-1 b is added; dx^2 + dy^2 < threshold ends the level, and so does a step that
+ * undoes the previous one to within 2^-11.5 in both components (then half of it is taken back). A
+ * finished level above 0 multiplies (u, v) by the rate (by 1.0 when maxLev = 1: deliberately unscaled).
+ * Status: 0 tracked to level 0 (pNext written); k > 0 lost on level k - 1: pNext keeps its value, except
+ * when the two windows no longer overlap, which writes the last estimate in level-0 pixels.
+ * pError: RMS of the last differences over the last intersection in grey levels (0 when none).
+ * Patches: 8u windows times 128 in 16 bits (the 8u16u Sfs copy with -7), derivatives (sum + 16) >> 5,
+ * sums exact in double, error times 0.0078125; 16u and 32f windows as floats in grey levels (the
+ * 16u32f and 32f copies), derivatives times 0.03125, sums in double row by row, error unscaled.
+ * Checks: pointers (-8); numFeat, winSize < 1 or winSize other than the state's (-6); maxLev < 0,
+ * maxIter < 1 (-5); threshold < 0 or NaN (-5); then, beyond these, maxLev above either record's level
+ * count or a state of another type (-5), and per level up to maxLev a null image (-8) or a level step below
+ * its row bytes (-14) or not a multiple of the element size (-108). The points are split
+ * into equal consecutive chunks, one per thread (the last takes the remainder), each with its own part of
+ * the state's scratch: results do not depend on the thread count. hint is accepted and unused. */
+typedef struct vnxiOptFlowPyrLKState vnxiOptFlowPyrLKState;
+VNX_API vnxStatus vnxiOpticalFlowPyrLKInitAlloc_8u_C1R(vnxiOptFlowPyrLKState** ppState, vnxiSize roiSize,
+                                                       int winSize, int hint) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiOpticalFlowPyrLKInitAlloc_16u_C1R(vnxiOptFlowPyrLKState** ppState, vnxiSize roiSize,
+                                                        int winSize, int hint) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiOpticalFlowPyrLKInitAlloc_32f_C1R(vnxiOptFlowPyrLKState** ppState, vnxiSize roiSize,
+                                                        int winSize, int hint) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiOpticalFlowPyrLK_8u_C1R(const vnxiPyramid* pPyr1, const vnxiPyramid* pPyr2,
+                                              const vnxiPoint32f* pPrev, vnxiPoint32f* pNext, vnx8u* pStatus,
+                                              vnx32f* pError, int numFeat, int winSize, int maxLev, int maxIter,
+                                              vnx32f threshold, vnxiOptFlowPyrLKState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiOpticalFlowPyrLK_16u_C1R(const vnxiPyramid* pPyr1, const vnxiPyramid* pPyr2,
+                                               const vnxiPoint32f* pPrev, vnxiPoint32f* pNext, vnx8u* pStatus,
+                                               vnx32f* pError, int numFeat, int winSize, int maxLev, int maxIter,
+                                               vnx32f threshold, vnxiOptFlowPyrLKState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiOpticalFlowPyrLK_32f_C1R(const vnxiPyramid* pPyr1, const vnxiPyramid* pPyr2,
+                                               const vnxiPoint32f* pPrev, vnxiPoint32f* pNext, vnx8u* pStatus,
+                                               vnx32f* pError, int numFeat, int winSize, int maxLev, int maxIter,
+                                               vnx32f threshold, vnxiOptFlowPyrLKState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiOpticalFlowPyrLKFree_8u_C1R(vnxiOptFlowPyrLKState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiOpticalFlowPyrLKFree_16u_C1R(vnxiOptFlowPyrLKState* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiOpticalFlowPyrLKFree_32f_C1R(vnxiOptFlowPyrLKState* pState) VNX_NOEXCEPT;
+
 /* ---- Distance transforms, flood fill and marker labelling (distance, segment)  */
 
 /* ---- Integral images and Haar classifiers (detect) --------------------------- */

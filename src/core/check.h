@@ -69,3 +69,11 @@ inline vnxStatus ownCheckSourcesThenMask(std::initializer_list<ownStep> sources,
 
 // Channel of interest of the C3C forms.
 inline vnxStatus ownCheckCoi(int coi) { return (coi < 1 || coi > 3) ? vnxStatusBadCoi : vnxStatusOk; }
+
+// ---- Pyramids ----
+// An image whose width in pixels is formed in 64 bits (width + 1, 2 x width): the same
+// two tests as ownImg.
+template <class T, int C = 1>
+inline ownStep ownImgWide(int step, std::int64_t width) {
+  return {step, width * C * static_cast<std::int64_t>(sizeof(T)), static_cast<int>(sizeof(T))};
+}

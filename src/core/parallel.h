@@ -126,6 +126,13 @@ bool ownFitsCache(vnxiSize roi, int bytesPerPixel) noexcept;
 // the read-for-ownership of every destination line. The results are the same.
 bool ownStreamOutput(std::int64_t bytesTouched) noexcept;
 
+// ---- Pyramids ----
+// Pyramid steps and layer resampling: each band makes its own first work rows (two to
+// four source rows again), so a band needs a few dozen rows to pay for them.
+constexpr ownBandPolicy kOwnBandsPyramid{std::int64_t{1} << 16, 16, 1, ownCoreTest::SerialOnSingleCore};
+// Optical flow: chunks of features; a feature costs as much as thousands of pixels.
+constexpr ownBandPolicy kOwnBandsFlowFeatures{8, 1, 1, ownCoreTest::SerialOnSingleCore};
+
 // Object detection (rectangle deviation of 32f tables, the 32f Haar stage): one
 // thread for every 1024 pixels at most, n = min(threads, (W x H) >> 10); serial
 // when n is below 2, otherwise at most 32 bands.

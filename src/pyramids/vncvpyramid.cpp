@@ -1,0 +1,192 @@
+// Shared pieces of the pyramid steps: the SSE2 row kernels, the band scratch and the
+// buffer sizes.
+#include "pyramids/vncvpyramid.h"
+
+namespace {
+// Eight 16-bit lanes of the even and of the odd bytes of 16 (zero- or sign-extended).
+inline void ownEvenOdd(const vnx8u* p, __m128i& e, __m128i& o) {
+  const __m128i v = ownLoad(p);
+  e = _mm_and_si128(v, _mm_set1_epi16(0xFF));
+  o = _mm_srli_epi16(v, 8);
+}
+inline void ownEvenOdd(const vnx8s* p, __m128i& e, __m128i& o) {
+  const __m128i v = ownLoad(p);
+  e = _mm_srai_epi16(_mm_slli_epi16(v, 8), 8);
+  o = _mm_srai_epi16(v, 8);
+}
+// Eight bytes widened to 16-bit lanes.
+inline __m128i ownWiden8(const vnx8u* p) { return _mm_unpacklo_epi8(ownLoad64(p), _mm_setzero_si128()); }
+inline __m128i ownWiden8(const vnx8s* p) {
+  const __m128i v = ownLoad64(p);
+  return _mm_srai_epi16(_mm_unpacklo_epi8(v, v), 8);
+}
+inline __m128i ownTimes6(__m128i v) { return _mm_mullo_epi16(v, _mm_set1_epi16(6)); }
+// ((6 c + 4 (b + d)) + a) + e in 16-bit lanes (integers: the order does not matter).
+inline __m128i ownTaps5(__m128i a, __m128i b, __m128i c, __m128i d, __m128i e) {
+  return _mm_add_epi16(_mm_add_epi16(ownTimes6(c), _mm_slli_epi16(_mm_add_epi16(b, d), 2)), _mm_add_epi16(a, e));
+}
+inline __m128 ownTaps5(__m128 a, __m128 b, __m128 c, __m128 d, __m128 e) {
+  const __m128 t = _mm_add_ps(_mm_mul_ps(c, _mm_set1_ps(6.0f)), _mm_mul_ps(_mm_add_ps(b, d), _mm_set1_ps(4.0f)));
+  return _mm_add_ps(_mm_add_ps(t, a), e);
+}
+
+// Rounded shift of a 16-bit sum: unsigned for an 8u down sum (it may exceed 32767),
+// arithmetic otherwise (the floor for 8s).
+inline __m128i ownRoundShift(__m128i s, int shift, bool isUnsigned) {
+  const __m128i r = _mm_add_epi16(s, _mm_set1_epi16(static_cast<short>(1 << (shift - 1))));
+  return isUnsigned ? _mm_srl_epi16(r, _mm_cvtsi32_si128(shift)) : _mm_sra_epi16(r, _mm_cvtsi32_si128(shift));
+}
+inline void ownPack16(vnx8u* d, __m128i lo, __m128i hi) { ownStore(d, _mm_packus_epi16(lo, hi)); }
+inline void ownPack16(vnx8s* d, __m128i lo, __m128i hi) { ownStore(d, _mm_packs_epi16(lo, hi)); }
+
+// Down, 8-bit: eight output columns i .. i + 7 read source columns 2i - 2 .. 2i + 17.
+template <class T>
+void ownPyrDownRowH8(const T* s, std::int64_t width, vnx16s* h, std::int64_t n) {
+  std::int64_t i = 1;
+  for (; i < n && 2 * i + 18 <= width; i += 8) {
+    __m128i em, om, e0, o0, e1, o1;
+    ownEvenOdd(s + 2 * i - 2, em, om);
+    ownEvenOdd(s + 2 * i, e0, o0);
+    ownEvenOdd(s + 2 * i + 2, e1, o1);
+    ownStore(h + i, ownTaps5(em, om, e0, o0, e1));
+  }
+  ownPyrDownRowH(s, width, 1, h, 0, 1 < n ? 1 : n);
+  ownPyrDownRowH(s, width, 1, h, i < n ? i : n, n);
+}
+template <class T>
+void ownPyrDownRowV8(const vnx16s* const* r, T* d, std::int64_t n) {
+  std::int64_t k = 0;
+  for (; k + 16 <= n; k += 16) {
+    __m128i s[2];
+    for (int v = 0; v < 2; ++v) {
+      const std::int64_t o = k + 8 * v;
+      s[v] = ownRoundShift(ownTaps5(ownLoad(r[0] + o), ownLoad(r[1] + o), ownLoad(r[2] + o), ownLoad(r[3] + o),
+                                    ownLoad(r[4] + o)),
+                           8, std::is_same<T, vnx8u>::value);
+    }
+    ownPack16(d + k, s[0], s[1]);
+  }
+  ownPyrDownRowV<T>(r, d, k, n);
+}
+
+// Up, 8-bit: source columns x .. x + 7 read x - 1 .. x + 8 and give 16 work samples.
+template <class T>
+void ownPyrUpRowH8(const T* s, std::int64_t width, vnx16s* h) {
+  std::int64_t x = 1;
+  for (; x + 9 <= width; x += 8) {
+    const __m128i a = ownWiden8(s + x - 1), b = ownWiden8(s + x), c = ownWiden8(s + x + 1);
+    const __m128i e = _mm_add_epi16(_mm_add_epi16(a, ownTimes6(b)), c), o = _mm_slli_epi16(_mm_add_epi16(b, c), 2);
+    ownStore(h + 2 * x, _mm_unpacklo_epi16(e, o));
+    ownStore(h + 2 * x + 8, _mm_unpackhi_epi16(e, o));
+  }
+  ownPyrUpRowH(s, width, 1, h, 0, 1);  // column 0 and the columns right of the vectors
+  ownPyrUpRowH(s, width, 1, h, x, width);
+}
+template <class T>
+void ownPyrUpRowV8(const vnx16s* const* r, T* even, T* odd, std::int64_t n) {
+  std::int64_t k = 0;
+  for (; k + 16 <= n; k += 16) {
+    __m128i e[2], o[2];
+    for (int v = 0; v < 2; ++v) {
+      const __m128i a = ownLoad(r[0] + k + 8 * v), b = ownLoad(r[1] + k + 8 * v), c = ownLoad(r[2] + k + 8 * v);
+      e[v] = ownRoundShift(_mm_add_epi16(_mm_add_epi16(a, ownTimes6(b)), c), 6, false);
+      o[v] = ownRoundShift(_mm_add_epi16(b, c), 4, false);  // (4 (b + c) + 32) >> 6 is (b + c + 8) >> 4
+    }
+    ownPack16(even + k, e[0], e[1]);
+    ownPack16(odd + k, o[0], o[1]);
+  }
+  ownPyrUpRowV<T>(r, even, odd, k, n);
+}
+}  // namespace
+
+void ownPyrDownRowH_sse2(const vnx8u* s, std::int64_t width, vnx16s* h, std::int64_t n) {
+  ownPyrDownRowH8(s, width, h, n);
+}
+void ownPyrDownRowH_sse2(const vnx8s* s, std::int64_t width, vnx16s* h, std::int64_t n) {
+  ownPyrDownRowH8(s, width, h, n);
+}
+// Four output columns i .. i + 3 read source columns 2i - 2 .. 2i + 9.
+void ownPyrDownRowH_sse2(const vnx32f* s, std::int64_t width, vnx32f* h, std::int64_t n) {
+  std::int64_t i = 1;
+  for (; i < n && 2 * i + 10 <= width; i += 4) {
+    // three loads: p-2..p1, p2..p5, p6..p9 give the even and odd columns, shifted by one
+    const vnx32f* p = s + 2 * i;
+    const __m128 a = _mm_loadu_ps(p - 2), b = _mm_loadu_ps(p + 2), c = _mm_loadu_ps(p + 6);
+    const __m128 em = _mm_shuffle_ps(a, b, 0x88), om = _mm_shuffle_ps(a, b, 0xDD);  // p-2 p0 p2 p4, p-1 p1 p3 p5
+    const __m128 e1 = _mm_shuffle_ps(b, c, 0x88), o1 = _mm_shuffle_ps(b, c, 0xDD);  // p2 p4 p6 p8, p3 p5 p7 p9
+    _mm_storeu_ps(h + i, ownTaps5(em, om, _mm_shuffle_ps(em, e1, 0x99), _mm_shuffle_ps(om, o1, 0x99), e1));
+  }
+  ownPyrDownRowH(s, width, 1, h, 0, 1 < n ? 1 : n);
+  ownPyrDownRowH(s, width, 1, h, i < n ? i : n, n);
+}
+void ownPyrDownRowV_sse2(const vnx16s* const* r, vnx8u* d, std::int64_t n) { ownPyrDownRowV8(r, d, n); }
+void ownPyrDownRowV_sse2(const vnx16s* const* r, vnx8s* d, std::int64_t n) { ownPyrDownRowV8(r, d, n); }
+void ownPyrDownRowV_sse2(const vnx32f* const* r, vnx32f* d, std::int64_t n) {
+  std::int64_t k = 0;
+  for (; k + 4 <= n; k += 4) {
+    const __m128 s = ownTaps5(_mm_loadu_ps(r[0] + k), _mm_loadu_ps(r[1] + k), _mm_loadu_ps(r[2] + k),
+                              _mm_loadu_ps(r[3] + k), _mm_loadu_ps(r[4] + k));
+    _mm_storeu_ps(d + k, _mm_mul_ps(s, _mm_set1_ps(0.00390625f)));
+  }
+  ownPyrDownRowV<vnx32f>(r, d, k, n);
+}
+
+void ownPyrUpRowH_sse2(const vnx8u* s, std::int64_t width, vnx16s* h) { ownPyrUpRowH8(s, width, h); }
+void ownPyrUpRowH_sse2(const vnx8s* s, std::int64_t width, vnx16s* h) { ownPyrUpRowH8(s, width, h); }
+void ownPyrUpRowH_sse2(const vnx32f* s, std::int64_t width, vnx32f* h) {
+  std::int64_t x = 1;
+  const __m128 six = _mm_set1_ps(6.0f), four = _mm_set1_ps(4.0f);
+  for (; x + 5 <= width; x += 4) {
+    const __m128 a = _mm_loadu_ps(s + x - 1), b = _mm_loadu_ps(s + x), c = _mm_loadu_ps(s + x + 1);
+    const __m128 e = _mm_add_ps(_mm_add_ps(a, _mm_mul_ps(b, six)), c), o = _mm_mul_ps(_mm_add_ps(b, c), four);
+    _mm_storeu_ps(h + 2 * x, _mm_unpacklo_ps(e, o));
+    _mm_storeu_ps(h + 2 * x + 4, _mm_unpackhi_ps(e, o));
+  }
+  ownPyrUpRowH(s, width, 1, h, 0, 1);
+  ownPyrUpRowH(s, width, 1, h, x, width);
+}
+void ownPyrUpRowV_sse2(const vnx16s* const* r, vnx8u* even, vnx8u* odd, std::int64_t n) {
+  ownPyrUpRowV8(r, even, odd, n);
+}
+void ownPyrUpRowV_sse2(const vnx16s* const* r, vnx8s* even, vnx8s* odd, std::int64_t n) {
+  ownPyrUpRowV8(r, even, odd, n);
+}
+void ownPyrUpRowV_sse2(const vnx32f* const* r, vnx32f* even, vnx32f* odd, std::int64_t n) {
+  std::int64_t k = 0;
+  const __m128 six = _mm_set1_ps(6.0f), four = _mm_set1_ps(4.0f), w = _mm_set1_ps(0.015625f);
+  for (; k + 4 <= n; k += 4) {
+    const __m128 a = _mm_loadu_ps(r[0] + k), b = _mm_loadu_ps(r[1] + k), c = _mm_loadu_ps(r[2] + k);
+    _mm_storeu_ps(even + k, _mm_mul_ps(_mm_add_ps(_mm_add_ps(a, _mm_mul_ps(b, six)), c), w));
+    _mm_storeu_ps(odd + k, _mm_mul_ps(_mm_mul_ps(_mm_add_ps(b, c), four), w));
+  }
+  ownPyrUpRowV<vnx32f>(r, even, odd, k, n);
+}
+
+ownPyrScratch::ownPyrScratch(vnx8u* buffer, std::int64_t bufferBytes, std::int64_t perBand, int wanted)
+    : buf_(reinterpret_cast<vnx8u*>((reinterpret_cast<std::uintptr_t>(buffer) + 31) & ~std::uintptr_t{31})),
+      perBand_(perBand) {
+  const std::int64_t held = (bufferBytes - 32) / perBand;
+  inBuffer_ = held < 1 ? 1 : (held < wanted ? static_cast<int>(held) : wanted);
+  bands_ = inBuffer_;
+  if (wanted > inBuffer_) {
+    const std::int64_t more = (wanted - inBuffer_) * perBand;
+    if (more <= INT32_MAX) extra_ = ownMalloc_8u(static_cast<int>(more));
+    if (extra_) bands_ = wanted;
+  }
+}
+
+void* ownPyrScratch::slice(int band) const {
+  if (band < inBuffer_) return buf_ + band * perBand_;
+  return static_cast<vnx8u*>(extra_) + (band - inBuffer_) * perBand_;
+}
+
+std::int64_t ownPyrDownBufBytes(int width, int channels) {
+  const std::int64_t r = (std::int64_t{4} * width * channels + 15) / 16 * 16;
+  const std::int64_t b = 6 * r + 32;
+  return b > INT32_MAX ? -1 : b;
+}
+std::int64_t ownPyrUpBufBytes(int width, int channels) {
+  const std::int64_t r = (std::int64_t{8} * width * channels + 15) / 16 * 16;
+  const std::int64_t b = 3 * r + 32;
+  return b > INT32_MAX ? -1 : b;
+}

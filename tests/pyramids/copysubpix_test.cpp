@@ -1,0 +1,199 @@
+// Sub-pixel copies against a reference written from their formulas: fractions only,
+// 14-bit weights with the whole-unit rounding constant, float floors, the window
+// corner and its inside range, edge replication outside the source.
+#include <cmath>
+
+#include "support.h"
+
+namespace {
+
+struct Weights {
+  long long w[4];  // 00, 10, 01, 11
+  float f[4];
+};
+Weights weights(float fx, float fy) {
+  const long long ax = (long long)(fx * 16384.0f + 0.5f), ay = (long long)(fy * 16384.0f + 0.5f);
+  Weights r;
+  r.w[0] = ((16384 - ax) * (16384 - ay) + 16384) >> 14;
+  r.w[1] = (ax * (16384 - ay) + 16384) >> 14;
+  r.w[2] = ((16384 - ax) * ay + 16384) >> 14;
+  r.w[3] = (ax * ay + 16384) >> 14;
+  const float gx = fx < 1e-6f ? 1e-6f : fx, gy = fy < 1e-9f ? 1e-9f : fy;
+  r.f[0] = (1 - gx) * (1 - gy);
+  r.f[1] = gx * (1 - gy);
+  r.f[2] = (1 - gx) * gy;
+  r.f[3] = gx * gy;
+  return r;
+}
+float fraction(float d) {
+  float f = d - std::trunc(d);
+  return f < 0 ? f + 1 : f;
+}
+// shift: 14 for plain integer members, 14 + scale factor for Sfs; float outputs ignore it.
+template <class D>
+D sample(double s00, double s10, double s01, double s11, const Weights& w, int shift) {
+  if constexpr (std::is_same<D, float>::value) {
+    return ((w.f[0] * float(s00) + w.f[1] * float(s10)) + w.f[2] * float(s01)) + w.f[3] * float(s11);
+  } else {
+    const long long q = w.w[0] * (long long)s00 + w.w[1] * (long long)s10 + w.w[2] * (long long)s01 + w.w[3] * (long long)s11;
+    long long v = shift > 0 ? (q + (1LL << (shift - 1))) >> shift : q << -shift;
+    const long long hi = sizeof(D) == 1 ? 255 : 65535;
+    return D(v > hi ? hi : v);
+  }
+}
+
+template <class S, class D, class F>
+void checkCopy(F fn, int shift, int sf) {
+  std::mt19937 rng(3);
+  const float offsets[][2] = {{0, 0}, {-0.25f, 0.5f}, {3.75f, -2.125f}, {0.999f, 0.001f}, {-7.5f, -0.3f}};
+  for (vnxiSize roi : {vnxiSize{1, 1}, vnxiSize{7, 3}, vnxiSize{16, 2}, vnxiSize{33, 9}})
+    for (auto o : offsets) {
+      vt::Image<S> src(roi.width + 1, roi.height + 1, 1, 4);
+      vt::fillRandom(src, rng);
+      if constexpr (std::is_same<S, float>::value) src.fill([&](int, int, int) { return float(rng() % 5000) / 7.0f; });
+      vt::Image<D> dst(roi.width, roi.height, 1, 4);
+      const Weights w = weights(fraction(o[0]), fraction(o[1]));
+      std::vector<D> expected;
+      for (int y = 0; y < roi.height; ++y)
+        for (int x = 0; x < roi.width; ++x)
+          expected.push_back(sample<D>(src.at(x, y), src.at(x + 1, y), src.at(x, y + 1), src.at(x + 1, y + 1), w, shift));
+      ASSERT_EQ(fn(src.ptr(), src.step(), dst.ptr(), dst.step(), roi, o[0], o[1], sf), vnxStatusOk);
+      VT_EXPECT_SAME_SAMPLES(expected, dst.pixels());
+      EXPECT_TRUE(dst.canaryIntact());
+    }
+}
+
+#define VT_PLAIN(fn) [](auto s, int ss, auto d, int ds, vnxiSize r, float x, float y, int) { return fn(s, ss, d, ds, r, x, y); }
+
+TEST(CopySubpix, MatchesReferenceEveryMember) {
+  checkCopy<vnx8u, vnx8u>(VT_PLAIN(vnxiCopySubpix_8u_C1R), 14, 0);
+  checkCopy<vnx8u, vnx32f>(VT_PLAIN(vnxiCopySubpix_8u32f_C1R), 0, 0);
+  checkCopy<vnx16u, vnx16u>(VT_PLAIN(vnxiCopySubpix_16u_C1R), 14, 0);
+  checkCopy<vnx16u, vnx32f>(VT_PLAIN(vnxiCopySubpix_16u32f_C1R), 0, 0);
+  checkCopy<vnx32f, vnx32f>(VT_PLAIN(vnxiCopySubpix_32f_C1R), 0, 0);
+  for (int sf : {-14, -7, 0, 3})
+    checkCopy<vnx8u, vnx16u>(vnxiCopySubpix_8u16u_C1R_Sfs, 14 + sf, sf);
+}
+
+TEST(CopySubpix, WeightsSumTo16388AtZeroOffset) {
+  const vnx8u ones[4] = {1, 1, 1, 1};
+  vnx16u q = 0;
+  ASSERT_EQ(vnxiCopySubpix_8u16u_C1R_Sfs(ones, 2, &q, 2, {1, 1}, 5.0f, -3.0f, -14), vnxStatusOk);  // shift 0: Q itself
+  EXPECT_EQ(q, 16388);
+}
+
+TEST(CopySubpix, ZeroOffsetKeepsSourceAndNegativeOffsetIsAFraction) {
+  std::mt19937 rng(1);
+  vt::Image<vnx8u> src(41, 6, 1, 2);
+  vt::fillRandom(src, rng);
+  vt::Image<vnx8u> a(40, 5), b(40, 5);
+  ASSERT_EQ(vnxiCopySubpix_8u_C1R(src.ptr(), src.step(), a.ptr(), a.step(), a.size(), 0.0f, 0.0f), vnxStatusOk);
+  for (int y = 0; y < 5; ++y)
+    for (int x = 0; x < 40; ++x) ASSERT_EQ(a.at(x, y), src.at(x, y));
+  ASSERT_EQ(vnxiCopySubpix_8u_C1R(src.ptr(), src.step(), a.ptr(), a.step(), a.size(), -0.25f, 0.0f), vnxStatusOk);
+  ASSERT_EQ(vnxiCopySubpix_8u_C1R(src.ptr(), src.step(), b.ptr(), b.step(), b.size(), 0.75f, 0.0f), vnxStatusOk);
+  VT_EXPECT_SAME_SAMPLES(b.pixels(), a.pixels());
+}
+
+// The window reference: corner, inside range, clamped source rows and columns.
+template <class S, class D>
+void checkWindow(vnxiSize srcRoi, vnxiSize win, float px, float py, int shift, std::mt19937& rng) {
+  vt::Image<S> src(srcRoi.width, srcRoi.height, 1, 4, vt::Guard::Before);
+  vt::fillRandom(src, rng);
+  if constexpr (std::is_same<S, float>::value) src.fill([&](int, int, int) { return float(rng() % 5000) / 7.0f; });
+  const float x0 = px - (win.width - 1) * 0.5f, y0 = py - (win.height - 1) * 0.5f;
+  const long ix = long(std::trunc(float(win.width) + x0)) - win.width, iy = long(std::trunc(float(win.height) + y0)) - win.height;
+  const Weights w = weights(x0 - float(ix), y0 - float(iy));
+  auto cx = [&](long c) { return int(std::min<long>(std::max<long>(c, 0), srcRoi.width - 1)); };
+  auto cy = [&](long c) { return int(std::min<long>(std::max<long>(c, 0), srcRoi.height - 1)); };
+  std::vector<D> expected;
+  for (int y = 0; y < win.height; ++y)
+    for (int x = 0; x < win.width; ++x)
+      expected.push_back(sample<D>(src.at(cx(ix + x), cy(iy + y)), src.at(cx(ix + x + 1), cy(iy + y)),
+                                   src.at(cx(ix + x), cy(iy + y + 1)), src.at(cx(ix + x + 1), cy(iy + y + 1)), w, shift));
+  auto range = [](long i, int n, int len, int& lo, int& hi) {
+    lo = int(std::min<long>(std::max<long>(0, -i), n));
+    hi = i + n - 1 > len - 2 ? int(len - i - 2) : n - 1;
+    if (i >= len) lo = 0, hi = -1;
+  };
+  vnxiPoint lo, hi;
+  range(ix, win.width, srcRoi.width, lo.x, hi.x);
+  range(iy, win.height, srcRoi.height, lo.y, hi.y);
+  vt::Image<D> dst(win.width, win.height, 1, 4);
+  vnxiPoint pMin{-9, -9}, pMax{-9, -9};
+  vnxStatus st;
+  if constexpr (std::is_same<D, vnx16u>::value && std::is_same<S, vnx8u>::value)
+    st = vnxiCopySubpixIntersect_8u16u_C1R_Sfs(src.ptr(), src.step(), srcRoi, dst.ptr(), dst.step(), win, {px, py}, &pMin, &pMax, shift - 14);
+  else if constexpr (std::is_same<S, vnx8u>::value && std::is_same<D, vnx8u>::value)
+    st = vnxiCopySubpixIntersect_8u_C1R(src.ptr(), src.step(), srcRoi, dst.ptr(), dst.step(), win, {px, py}, &pMin, &pMax);
+  else if constexpr (std::is_same<S, vnx8u>::value)
+    st = vnxiCopySubpixIntersect_8u32f_C1R(src.ptr(), src.step(), srcRoi, dst.ptr(), dst.step(), win, {px, py}, &pMin, &pMax);
+  else if constexpr (std::is_same<S, vnx16u>::value && std::is_same<D, vnx16u>::value)
+    st = vnxiCopySubpixIntersect_16u_C1R(src.ptr(), src.step(), srcRoi, dst.ptr(), dst.step(), win, {px, py}, &pMin, &pMax);
+  else if constexpr (std::is_same<S, vnx16u>::value)
+    st = vnxiCopySubpixIntersect_16u32f_C1R(src.ptr(), src.step(), srcRoi, dst.ptr(), dst.step(), win, {px, py}, &pMin, &pMax);
+  else
+    st = vnxiCopySubpixIntersect_32f_C1R(src.ptr(), src.step(), srcRoi, dst.ptr(), dst.step(), win, {px, py}, &pMin, &pMax);
+  ASSERT_EQ(st, vnxStatusOk);
+  EXPECT_EQ(pMin.x, lo.x);
+  EXPECT_EQ(pMin.y, lo.y);
+  EXPECT_EQ(pMax.x, hi.x);
+  EXPECT_EQ(pMax.y, hi.y);
+  VT_EXPECT_SAME_SAMPLES(expected, dst.pixels());
+  EXPECT_TRUE(dst.canaryIntact());
+}
+
+TEST(CopySubpixIntersect, MatchesReferenceInsideAtEdgesAndOutside) {
+  std::mt19937 rng(5);
+  const float points[][2] = {{10.3f, 7.6f}, {0.2f, 0.9f}, {-3.5f, 2.0f}, {25.7f, 14.2f}, {-40.0f, -40.0f},
+                             {60.0f, 3.0f}, {5.0f, 100.0f}, {19.99f, 0.0f}, {-0.25f, -0.75f}};
+  for (vnxiSize win : {vnxiSize{1, 1}, vnxiSize{7, 7}, vnxiSize{23, 23}, vnxiSize{4, 9}})
+    for (auto p : points) {
+      SCOPED_TRACE(testing::Message() << win.width << "x" << win.height << " at " << p[0] << "," << p[1]);
+      checkWindow<vnx8u, vnx16u>({21, 15}, win, p[0], p[1], 7, rng);
+      checkWindow<vnx8u, vnx8u>({21, 15}, win, p[0], p[1], 14, rng);
+      checkWindow<vnx8u, vnx32f>({21, 15}, win, p[0], p[1], 0, rng);
+      checkWindow<vnx16u, vnx16u>({21, 15}, win, p[0], p[1], 14, rng);
+      checkWindow<vnx16u, vnx32f>({21, 15}, win, p[0], p[1], 0, rng);
+      checkWindow<vnx32f, vnx32f>({1, 1}, win, p[0], p[1], 0, rng);
+      checkWindow<vnx32f, vnx32f>({21, 15}, win, p[0], p[1], 0, rng);
+    }
+}
+
+TEST(CopySubpixIntersect, OneByOneOnAnIntegerPointIsThatPixel) {
+  const vnx8u src[9] = {1, 2, 3, 4, 5, 6, 7, 8, 9};
+  vnx8u out = 0;
+  vnxiPoint lo, hi;
+  ASSERT_EQ(vnxiCopySubpixIntersect_8u_C1R(src, 3, {3, 3}, &out, 1, {1, 1}, {1.0f, 2.0f}, &lo, &hi), vnxStatusOk);
+  EXPECT_EQ(out, 8);
+}
+
+TEST(CopySubpix, CheckOrder) {
+  vnx8u s[64] = {};
+  vnx16u d[64];
+  vnxiPoint lo, hi;
+  struct Row { const vnx8u* s; vnx16u* d; vnxiPoint* lo; vnxiSize src, win; int ss, ds; vnxStatus copy, inter; } rows[] = {
+      {nullptr, d, nullptr, {0, 0}, {0, 0}, 0, 0, vnxStatusNullPtr, vnxStatusNullPtr},
+      {s, d, nullptr, {0, 0}, {0, 0}, 0, 0, vnxStatusBadSize, vnxStatusNullPtr},
+      {s, d, &lo, {0, 2}, {2, 2}, 0, 0, vnxStatusBadSize, vnxStatusBadSize},
+      {s, d, &lo, {2, 2}, {2, 0}, 0, 0, vnxStatusBadStep, vnxStatusBadSize},
+      {s, d, &lo, {2, 2}, {2, 2}, 2, 3, vnxStatusBadStep, vnxStatusBadStep},
+      {s, d, &lo, {2, 2}, {2, 2}, 3, 3, vnxStatusBadStep, vnxStatusBadStep},
+      {s, d, &lo, {2, 2}, {2, 2}, 3, 5, vnxStatusStepNotMultiple, vnxStatusStepNotMultiple},
+      {s, d, &lo, {2, 2}, {2, 2}, 3, 4, vnxStatusOk, vnxStatusOk},
+  };
+  for (const Row& r : rows) {
+    for (vnx16u& v : d) v = 7;
+    EXPECT_EQ(vnxiCopySubpix_8u16u_C1R_Sfs(r.s, r.ss, r.d, r.ds, r.src, 0.5f, 0.5f, 0), r.copy);
+    if (r.copy < 0) {
+      EXPECT_EQ(d[0], 7);
+    }
+    for (vnx16u& v : d) v = 7;
+    EXPECT_EQ(vnxiCopySubpixIntersect_8u16u_C1R_Sfs(r.s, r.ss, r.src, r.d, r.ds, r.win, {0.5f, 0.5f}, r.lo, &hi, 0), r.inter);
+    if (r.inter < 0) {
+      EXPECT_EQ(d[0], 7);
+    }
+  }
+}
+
+}  // namespace
