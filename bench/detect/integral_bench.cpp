@@ -1,6 +1,6 @@
-// Integral tables and the rectangle deviation beside cv::integral, 1920x1080:
+// Integral tables beside cv::integral, 1920x1080:
 // the sum with the squared sum (32s + 64f), the three tables (sum, squared sum,
-// tilted sum), and the 32f deviation map of a 24x24 window.
+// tilted sum).
 #include "../bench_common.h"
 
 namespace {
@@ -14,10 +14,8 @@ constexpr int kW1 = kWidth + 1, kW2 = kWidth + 2;
 struct Tables {
   std::vector<vnx8u> src = randomPlane<vnx8u>(kWidth, kHeight, 1);
   std::vector<vnx32s> sum = std::vector<vnx32s>(std::size_t(kW1) * (kHeight + 1));
-  std::vector<vnx32f> sumf = std::vector<vnx32f>(std::size_t(kW1) * (kHeight + 1));
   std::vector<vnx64f> sqr = std::vector<vnx64f>(std::size_t(kW1) * (kHeight + 1));
   std::vector<vnx32s> tilted = std::vector<vnx32s>(std::size_t(kW2) * (kHeight + 2));
-  std::vector<vnx32f> dev = std::vector<vnx32f>(kPixels);
 } t;
 
 #ifdef VNX_HAVE_OPENCV
@@ -49,16 +47,6 @@ const bool registered[] = {
           vnxiTiltedIntegral_8u32s_C1R(t.src.data(), kWidth, t.tilted.data(), 4 * kW2, kRoi, 0);
         },
         VB_CV(cv::integral(src8(), cvSum, cvSqr, cvTilted, CV_32S, CV_64F))),
-    registerPair(
-        "RectStdDev_32f_24x24", 16 * kPixels,
-        [] {
-          static const bool built = vnxiSqrIntegral_8u32f64f_C1R(t.src.data(), kWidth, t.sumf.data(), 4 * kW1,
-                                                                 t.sqr.data(), 8 * kW1, kRoi, 0, 0.0) == vnxStatusOk;
-          (void)built;
-          vnxiRectStdDev_32f_C1R(t.sumf.data(), 4 * kW1, t.sqr.data(), 8 * kW1, t.dev.data(), 4 * (kWidth - 24),
-                                 {kWidth - 24, kHeight - 24}, {0, 0, 24, 24});
-        },
-        [] {}),
 };
 
 }  // namespace
