@@ -1685,6 +1685,165 @@ VNX_API vnxStatus vnxiLabelMarkers_8u_C1IR(vnx8u* pMarker, int markerStep, vnxiS
                                            int maxLabel, int norm, int* pNumber, vnx8u* pBuffer) VNX_NOEXCEPT;
 
 /* ---- Integral images and Haar classifiers (detect) --------------------------- */
+/* Summed-area tables of an 8u image (W x H ROI). Upright tables are (W+1) x (H+1):
+ * row 0 and column 0 hold the offset `val` (`valSqr` for squares) and every entry
+ * carries it once. Tilted tables are (W+2) x (H+2), rows 0 and 1 hold the offset,
+ * and row r + 2 follows from source row r and the two table rows above it:
+ *   T[0] = P[1]; T[x] = s[x-1] + s[x] + P[x-1] + P[x+1] - PP[x] (x = 1..W-1);
+ *   T[W] = s[W-1] + P[W-1] + P[W+1] - PP[W]; T[W+1] = P[W].
+ * 32s tables wrap at 32 bits (no saturation). 32f sums: the row sum is an exact
+ * integer, only the vertical accumulation rounds; tilted 32f entries are evaluated
+ * in double and rounded once. The 32f tilted sum tables (TiltedIntegral_8u32f and
+ * the sum table of TiltedSqrIntegral_8u32f64f) ADD the new T[W] to the value the
+ * caller's table already holds in column W of rows 2..H+1: zero that column first
+ * for the plain table (the library never pre-clears it, so the rule stays
+ * observable); all other entries and all square tables are assigned.
+ * Checks: null pointers -8; W or H < 1 -6; srcStep < W or a table step below
+ * elemBytes x columns -14; a table step not a multiple of its element -108 (the
+ * source step is never tested for alignment). Serial. */
+VNX_API vnxStatus vnxiIntegral_8u32s_C1R(const vnx8u* pSrc, int srcStep, vnx32s* pDst, int dstStep,
+                                        vnxiSize roiSize, vnx32s val) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiIntegral_8u32f_C1R(const vnx8u* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                        vnxiSize roiSize, vnx32f val) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiSqrIntegral_8u32s64f_C1R(const vnx8u* pSrc, int srcStep, vnx32s* pDst, int dstStep,
+                                              vnx64f* pSqr, int sqrStep, vnxiSize roiSize, vnx32s val,
+                                              vnx64f valSqr) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiSqrIntegral_8u32f64f_C1R(const vnx8u* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                              vnx64f* pSqr, int sqrStep, vnxiSize roiSize, vnx32f val,
+                                              vnx64f valSqr) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiSqrIntegral_8u32s_C1R(const vnx8u* pSrc, int srcStep, vnx32s* pDst, int dstStep,
+                                           vnx32s* pSqr, int sqrStep, vnxiSize roiSize, vnx32s val,
+                                           vnx32s valSqr) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiTiltedIntegral_8u32s_C1R(const vnx8u* pSrc, int srcStep, vnx32s* pDst, int dstStep,
+                                              vnxiSize roiSize, vnx32s val) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiTiltedIntegral_8u32f_C1R(const vnx8u* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                              vnxiSize roiSize, vnx32f val) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiTiltedSqrIntegral_8u32s64f_C1R(const vnx8u* pSrc, int srcStep, vnx32s* pDst, int dstStep,
+                                                    vnx64f* pSqr, int sqrStep, vnxiSize roiSize, vnx32s val,
+                                                    vnx64f valSqr) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiTiltedSqrIntegral_8u32f64f_C1R(const vnx8u* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                                    vnx64f* pSqr, int sqrStep, vnxiSize roiSize, vnx32f val,
+                                                    vnx64f valSqr) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiTiltedSqrIntegral_8u32s_C1R(const vnx8u* pSrc, int srcStep, vnx32s* pDst, int dstStep,
+                                                 vnx32s* pSqr, int sqrStep, vnxiSize roiSize, vnx32s val,
+                                                 vnx32s valSqr) VNX_NOEXCEPT;
+
+/* Standard deviation under rectangle `rect` at every position of the W x H output.
+ * pSrc/pSqr address the table entry output (0,0) uses. Upright corners of output
+ * (j,i): [j+y][i+x], [j+y][i+x+w], [j+y+h][i+x], [j+y+h][i+x+w], area w*h (formed in
+ * 64 bits, then converted to single). Tilted corners A = [j+x+y][i+x-y],
+ * B = [j+x+y+w+h][i+x-y+w-h], C = [j+x+y+h][i+x-y-h], D = [j+x+y+w][i+x-y+w], area
+ * 2wh; column indices may be negative (the caller positions pSrc).
+ * 32s32f / 32f: mean and variance in single, squares converted to single first;
+ * tilted: mean in single (32f member: the four sums combined in double, mean in
+ * double), variance in double, square root in single. Negative variances are 0.
+ * Sfs: trunc(sqrt(var) x 2^-scaleFactor + 0.5) without saturation; a result outside
+ * the 32-bit range gives INT_MIN (the processor's indefinite integer), and a scale
+ * outside the float range is 0 or infinity. Checks: null -8; ROI -6; srcStep below
+ * 4 x columns, sqrStep below elemBytes x columns or dstStep below 4W -14 (columns =
+ * W + x + width upright, width + height + x + y + W - 1 tilted); srcStep, dstStep
+ * not a multiple of 4 or sqrStep of its element -108; then rect x or y < 0, width
+ * or height < 1 -6. Only RectStdDev_32f runs in bands: min(threads, (W x H) >> 10)
+ * of them, serial below 2, at most 32. */
+VNX_API vnxStatus vnxiRectStdDev_32s32f_C1R(const vnx32s* pSrc, int srcStep, const vnx64f* pSqr, int sqrStep,
+                                           vnx32f* pDst, int dstStep, vnxiSize roiSize, vnxiRect rect) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiRectStdDev_32f_C1R(const vnx32f* pSrc, int srcStep, const vnx64f* pSqr, int sqrStep,
+                                        vnx32f* pDst, int dstStep, vnxiSize roiSize, vnxiRect rect) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiRectStdDev_32s_C1RSfs(const vnx32s* pSrc, int srcStep, const vnx32s* pSqr, int sqrStep,
+                                           vnx32s* pDst, int dstStep, vnxiSize roiSize, vnxiRect rect,
+                                           int scaleFactor) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiTiltedRectStdDev_32s32f_C1R(const vnx32s* pSrc, int srcStep, const vnx64f* pSqr, int sqrStep,
+                                                 vnx32f* pDst, int dstStep, vnxiSize roiSize,
+                                                 vnxiRect rect) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiTiltedRectStdDev_32f_C1R(const vnx32f* pSrc, int srcStep, const vnx64f* pSqr, int sqrStep,
+                                              vnx32f* pDst, int dstStep, vnxiSize roiSize, vnxiRect rect) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiTiltedRectStdDev_32s_C1RSfs(const vnx32s* pSrc, int srcStep, const vnx32s* pSqr, int sqrStep,
+                                                 vnx32s* pDst, int dstStep, vnxiSize roiSize, vnxiRect rect,
+                                                 int scaleFactor) VNX_NOEXCEPT;
+
+
+/* Haar classifier stages. A state is built once from the features' rectangles
+ * (pFeature, concatenated in feature order), one weight per rectangle, one
+ * threshold and two output values per feature, and pNum (rectangles per feature,
+ * at least 1), and released with the matching Free. Upright states store the
+ * two-rectangle features first, then the three-rectangle ones, then the others,
+ * each group in input order (the evaluation order); tilted states keep the input
+ * order. Corners: upright (x,y,w,h) c0 = (x+w, y+h), c1 = (x, y+h), c2 = (x+w, y),
+ * c3 = (x, y); tilted c3 = (x, y), c2 = (x+w, y+w), c1 = (x-h, y+h),
+ * c0 = (x+w-h, y+w+h); a rectangle's sum is I[c0] - I[c1] - I[c2] + I[c3].
+ * InitAlloc: null -8; length < 0 or a pNum entry < 1 -6 (before allocating);
+ * no memory -9; a rectangle with x or y < 0, width or height < 1 (tilted also
+ * x + 1 < height) frees the block, sets *ppState to null and gives -5. length 0
+ * builds an empty state (window size {0, 0}, every stage sum 0). The state keeps
+ * the bounding rectangle with its classic bookkeeping (minima of x and y, far
+ * edges compared against size + minimum; for tilted states the far edges are the
+ * c0 corners) and a standard-weights flag, set only by the upright 32f
+ * constructor (1 when every feature's first weight is -1); no apply reads them.
+ * Free takes the state alone (null -8). GetSize: width = max column of c2, height
+ * = max row of c1. TiltHaarFeatures: for each nonzero pMask[i] (one byte per
+ * feature, ascending i) the feature with input index i becomes tilted (tag 1),
+ * anchored at its top-left corner when flag != 0, at its lower-left one when
+ * flag = 0; a state holding tilted features refuses with -5 (tilting happens once).
+ * Apply: checks null -8 (pSrc, pNorm, pMask, pPositive, pState; mixed also pTilt);
+ * ROI -6; srcStep, normStep (mixed: tiltStep) below 4W or maskStep below W -14;
+ * a table or norm step not a multiple of 4 -108; no memory -9. At each position
+ * whose mask byte is nonzero, with n = pNorm there: every feature adds
+ * val2 if sum(float(rect sum) x weight) >= threshold x n, else val1; a position
+ * whose stage sum is below `threshold` is cleared in the mask, the others are
+ * counted into *pPositive. Sfs: all in wrapping 32-bit integers, scaleFactor
+ * accepted and unused. Mixed members read tilted features (tag bit 0) from the
+ * tilted table addressed at its row 1, column 1, the others from pSrc; the plain
+ * members read every feature from pSrc. ApplyHaarClassifier_32f runs in row bands
+ * (min(threads, (W x H) >> 10), serial below 2, at most 32) sharing one read-only
+ * offset table; positive counts are added in band order. */
+typedef struct vnxiHaarClassifier_32f vnxiHaarClassifier_32f;
+typedef struct vnxiHaarClassifier_32s vnxiHaarClassifier_32s;
+VNX_API vnxStatus vnxiHaarClassifierInitAlloc_32f(vnxiHaarClassifier_32f** ppState, const vnxiRect* pFeature,
+                                                 const vnx32f* pWeight, const vnx32f* pThreshold, const vnx32f* pVal1,
+                                                 const vnx32f* pVal2, const int* pNum, int length) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiHaarClassifierInitAlloc_32s(vnxiHaarClassifier_32s** ppState, const vnxiRect* pFeature,
+                                                 const vnx32s* pWeight, const vnx32s* pThreshold, const vnx32s* pVal1,
+                                                 const vnx32s* pVal2, const int* pNum, int length) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiTiltedHaarClassifierInitAlloc_32f(vnxiHaarClassifier_32f** ppState, const vnxiRect* pFeature,
+                                                       const vnx32f* pWeight, const vnx32f* pThreshold,
+                                                       const vnx32f* pVal1, const vnx32f* pVal2, const int* pNum,
+                                                       int length) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiTiltedHaarClassifierInitAlloc_32s(vnxiHaarClassifier_32s** ppState, const vnxiRect* pFeature,
+                                                       const vnx32s* pWeight, const vnx32s* pThreshold,
+                                                       const vnx32s* pVal1, const vnx32s* pVal2, const int* pNum,
+                                                       int length) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiHaarClassifierFree_32f(vnxiHaarClassifier_32f* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiHaarClassifierFree_32s(vnxiHaarClassifier_32s* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiGetHaarClassifierSize_32f(const vnxiHaarClassifier_32f* pState, vnxiSize* pSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiGetHaarClassifierSize_32s(const vnxiHaarClassifier_32s* pState, vnxiSize* pSize) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiTiltHaarFeatures_32f(const vnx8u* pMask, int flag, vnxiHaarClassifier_32f* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiTiltHaarFeatures_32s(const vnx8u* pMask, int flag, vnxiHaarClassifier_32s* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiApplyHaarClassifier_32f_C1R(const vnx32f* pSrc, int srcStep, const vnx32f* pNorm, int normStep,
+                                                 vnx8u* pMask, int maskStep, vnxiSize roiSize, int* pPositive,
+                                                 vnx32f threshold, const vnxiHaarClassifier_32f* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiApplyHaarClassifier_32s32f_C1R(const vnx32s* pSrc, int srcStep, const vnx32f* pNorm,
+                                                    int normStep, vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                                    int* pPositive, vnx32f threshold,
+                                                    const vnxiHaarClassifier_32f* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiApplyHaarClassifier_32s_C1RSfs(const vnx32s* pSrc, int srcStep, const vnx32s* pNorm,
+                                                    int normStep, vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                                    int* pPositive, vnx32s threshold,
+                                                    const vnxiHaarClassifier_32s* pState, int scaleFactor) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiApplyMixedHaarClassifier_32f_C1R(const vnx32f* pSrc, int srcStep, const vnx32f* pTilt,
+                                                      int tiltStep, const vnx32f* pNorm, int normStep, vnx8u* pMask,
+                                                      int maskStep, vnxiSize roiSize, int* pPositive,
+                                                      vnx32f threshold,
+                                                      const vnxiHaarClassifier_32f* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiApplyMixedHaarClassifier_32s32f_C1R(const vnx32s* pSrc, int srcStep, const vnx32s* pTilt,
+                                                         int tiltStep, const vnx32f* pNorm, int normStep,
+                                                         vnx8u* pMask, int maskStep, vnxiSize roiSize, int* pPositive,
+                                                         vnx32f threshold,
+                                                         const vnxiHaarClassifier_32f* pState) VNX_NOEXCEPT;
+VNX_API vnxStatus vnxiApplyMixedHaarClassifier_32s_C1RSfs(const vnx32s* pSrc, int srcStep, const vnx32s* pTilt,
+                                                         int tiltStep, const vnx32s* pNorm, int normStep,
+                                                         vnx8u* pMask, int maskStep, vnxiSize roiSize, int* pPositive,
+                                                         vnx32s threshold, const vnxiHaarClassifier_32s* pState,
+                                                         int scaleFactor) VNX_NOEXCEPT;
 
 /* ---- Status texts (runtime) --------------------------------------------------- */
 

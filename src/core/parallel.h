@@ -156,3 +156,13 @@ constexpr ownBandPolicy kOwnBandsMorph{std::int64_t{1} << 14, 16, 1, ownCoreTest
 constexpr ownBandPolicy kOwnBandsPyramid{std::int64_t{1} << 16, 16, 1, ownCoreTest::SerialOnSingleCore};
 // Optical flow: chunks of features; a feature costs as much as thousands of pixels.
 constexpr ownBandPolicy kOwnBandsFlowFeatures{8, 1, 1, ownCoreTest::SerialOnSingleCore};
+
+// Object detection (rectangle deviation of 32f tables, the 32f Haar stage): one
+// thread for every 1024 pixels at most, n = min(threads, (W x H) >> 10); serial
+// when n is below 2, otherwise at most 32 bands.
+inline int ownBandCountPerKPixels(vnxiSize roi) noexcept {
+  const std::int64_t byPixels = (static_cast<std::int64_t>(roi.width) * roi.height) >> 10;
+  const std::int64_t n = byPixels < ownNumThreads() ? byPixels : ownNumThreads();
+  if (n < 2) return 1;
+  return n > 32 ? 32 : static_cast<int>(n);
+}

@@ -93,6 +93,7 @@ template class Image<unsigned short>;
 template class Image<short>;
 template class Image<int>;
 template class Image<float>;
+template class Image<double>;  // squared integral tables
 template unsigned char randomSample<unsigned char>(std::mt19937&);
 template signed char randomSample<signed char>(std::mt19937&);
 template unsigned short randomSample<unsigned short>(std::mt19937&);

@@ -1,0 +1,173 @@
+// One Haar stage at every masked position of a ROI: each feature adds val1 or
+// val2 to the stage sum by comparing its weighted rectangle sums with
+// threshold x norm; positions whose sum stays below the stage threshold are
+// cleared in the mask, the others are counted.
+#include "alloc.h"
+#include "check.h"
+#include "haar.h"
+#include "parallel.h"
+
+namespace {
+
+// Element offsets of the four corners of every rectangle, in storage order, for
+// the table each feature reads (the tilted one in the mixed members).
+struct ownHaarTable {
+  const void* base;
+  int elems;  // row step in elements
+};
+
+template <class W>
+void ownHaarOffsets(const ownHaarState<W>& st, ownHaarTable upright, ownHaarTable tilted, bool mixed, int* off) {
+  for (int i = 0; i < st.nFeatures; ++i) {
+    const ownHaarFeature<W>& f = st.feature[i];
+    const bool useTilted = mixed && (f.tag & 1);
+    const ownHaarTable& t = useTilted ? tilted : upright;
+    for (int k = 0; k < f.nRects; ++k)
+      for (int c = 0; c < 4; ++c)
+        *off++ = f.rect[k].corner[c][1] * t.elems + f.rect[k].corner[c][0];
+  }
+}
+
+// Rectangle sums: (I[c0] - I[c1]) + (I[c3] - I[c2]), wrapping for 32s tables,
+// in single precision for 32f ones.
+inline vnx32s ownRectSum(const vnx32s* p, const int* o) {
+  return static_cast<vnx32s>((static_cast<std::uint32_t>(p[o[0]]) - static_cast<std::uint32_t>(p[o[1]])) +
+                             (static_cast<std::uint32_t>(p[o[3]]) - static_cast<std::uint32_t>(p[o[2]])));
+}
+inline vnx32f ownRectSum(const vnx32f* p, const int* o) { return (p[o[0]] - p[o[1]]) + (p[o[3]] - p[o[2]]); }
+
+// The stage sum at one position. T is the table element, W the state's values.
+template <class T, class W>
+W ownStageSum(const ownHaarState<W>& st, const T* up, const T* tilt, const int* off, W norm) {
+  W s = 0;
+  for (int i = 0; i < st.nFeatures; ++i) {
+    const ownHaarFeature<W>& f = st.feature[i];
+    const T* p = (f.tag & 1) ? tilt : up;
+    if constexpr (std::is_same<W, vnx32s>::value) {
+      std::uint32_t sum = 0;
+      for (int k = 0; k < f.nRects; ++k, off += 4)
+        sum += static_cast<std::uint32_t>(ownRectSum(p, off)) * static_cast<std::uint32_t>(f.rect[k].weight);
+      const bool low = static_cast<vnx32s>(sum) < static_cast<vnx32s>(static_cast<std::uint32_t>(f.threshold) *
+                                                                      static_cast<std::uint32_t>(norm));
+      s = static_cast<vnx32s>(static_cast<std::uint32_t>(s) + static_cast<std::uint32_t>(low ? f.val1 : f.val2));
+    } else {
+      float sum = 0.0f;
+      for (int k = 0; k < f.nRects; ++k, off += 4) sum += static_cast<float>(ownRectSum(p, off)) * f.rect[k].weight;
+      s += (sum >= f.threshold * norm) ? f.val2 : f.val1;
+    }
+  }
+  return s;
+}
+
+struct ownHaarArgs {
+  const void* src;
+  int srcStep;
+  const void* tilt;  // row 1, column 1 of the tilted table, or src
+  int tiltStep;
+  const void* norm;
+  int normStep;
+  vnx8u* mask;
+  int maskStep;
+  int width;
+};
+
+// Rows y0 .. y1 - 1; returns the positions that passed.
+template <class T, class W>
+int ownHaarBand(const ownHaarState<W>& st, const ownHaarArgs& a, const int* off, W threshold, int y0, int y1) {
+  int positive = 0;
+  for (int y = y0; y < y1; ++y) {
+    const T* up = ownRow(static_cast<const T*>(a.src), a.srcStep, y);
+    const T* tilt = ownRow(static_cast<const T*>(a.tilt), a.tiltStep, y);
+    const W* norm = ownRow(static_cast<const W*>(a.norm), a.normStep, y);
+    vnx8u* mask = ownRow(a.mask, a.maskStep, y);
+    for (int x = 0; x < a.width; ++x) {
+      if (!mask[x]) continue;
+      const W s = ownStageSum<T, W>(st, up + x, tilt + x, off, norm[x]);
+      if (s < threshold)
+        mask[x] = 0;
+      else
+        ++positive;
+    }
+  }
+  return positive;
+}
+
+enum class ownHaarRun { Serial, Bands };
+
+template <class T, class W>
+vnxStatus ownHaarApply(const T* pSrc, int srcStep, const T* pTilt, int tiltStep, const W* pNorm, int normStep,
+                       vnx8u* pMask, int maskStep, vnxiSize roi, int* pPositive, W threshold,
+                       const ownHaarState<W>* st, bool mixed, ownHaarRun run) {
+  if (vnxStatus s = ownCheckPtrs({pSrc, pNorm, pMask, pPositive, st})) return s;
+  if (mixed && !pTilt) return vnxStatusNullPtr;
+  if (vnxStatus s = ownCheckRoi(roi)) return s;
+  const ownStep up = ownImg<T>(srcStep, roi.width), norm = ownImg<W>(normStep, roi.width),
+                tilt = ownImg<T>(tiltStep, roi.width), mask = ownImg<vnx8u>(maskStep, roi.width);
+  if (vnxStatus s = mixed ? ownCheckSteps({up, norm, tilt, mask}) : ownCheckSteps({up, norm, mask})) return s;
+  // The tilted table is read from its row 1, column 1; offsets of the tilted
+  // features then count in its own row step.
+  const T* tiltOrigin = mixed ? ownRow(pTilt, tiltStep, 1) + 1 : pSrc;
+  if (!mixed) tiltStep = srcStep;
+  ownBlock offsets(st->nOffsetRects > 0 ? ownMalloc_32(4 * st->nOffsetRects) : nullptr);
+  if (st->nOffsetRects > 0 && !offsets) return vnxStatusNoMemory;
+  int* off = static_cast<int*>(offsets.get());
+  ownHaarOffsets(*st, {pSrc, srcStep / 4}, {tiltOrigin, tiltStep / 4}, mixed, off);
+  const ownHaarArgs args{pSrc, srcStep, tiltOrigin, tiltStep, pNorm, normStep, pMask, maskStep, roi.width};
+  int total = 0;
+  const int nBands = run == ownHaarRun::Bands ? ownBandCountPerKPixels(roi) : 1;
+  if (vnxStatus s = ownReduceBands<int>(
+          roi.height, nBands, [&](int y0, int y1) { return ownHaarBand<T, W>(*st, args, off, threshold, y0, y1); },
+          [](int& t, int p) { t += p; }, &total))
+    return s;
+  *pPositive = total;
+  return vnxStatusOk;
+}
+
+}  // namespace
+
+VNX_API vnxStatus vnxiApplyHaarClassifier_32f_C1R(const vnx32f* pSrc, int srcStep, const vnx32f* pNorm, int normStep,
+                                                 vnx8u* pMask, int maskStep, vnxiSize roiSize, int* pPositive,
+                                                 vnx32f threshold, const vnxiHaarClassifier_32f* pState) noexcept {
+  return ownHaarApply<vnx32f, vnx32f>(pSrc, srcStep, nullptr, 0, pNorm, normStep, pMask, maskStep, roiSize, pPositive,
+                                      threshold, pState, false, ownHaarRun::Bands);
+}
+VNX_API vnxStatus vnxiApplyHaarClassifier_32s32f_C1R(const vnx32s* pSrc, int srcStep, const vnx32f* pNorm,
+                                                    int normStep, vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                                    int* pPositive, vnx32f threshold,
+                                                    const vnxiHaarClassifier_32f* pState) noexcept {
+  return ownHaarApply<vnx32s, vnx32f>(pSrc, srcStep, nullptr, 0, pNorm, normStep, pMask, maskStep, roiSize, pPositive,
+                                      threshold, pState, false, ownHaarRun::Serial);
+}
+VNX_API vnxStatus vnxiApplyHaarClassifier_32s_C1RSfs(const vnx32s* pSrc, int srcStep, const vnx32s* pNorm,
+                                                    int normStep, vnx8u* pMask, int maskStep, vnxiSize roiSize,
+                                                    int* pPositive, vnx32s threshold,
+                                                    const vnxiHaarClassifier_32s* pState, int scaleFactor) noexcept {
+  (void)scaleFactor;  // accepted and not used: the stage works in integers throughout
+  return ownHaarApply<vnx32s, vnx32s>(pSrc, srcStep, nullptr, 0, pNorm, normStep, pMask, maskStep, roiSize, pPositive,
+                                      threshold, pState, false, ownHaarRun::Serial);
+}
+VNX_API vnxStatus vnxiApplyMixedHaarClassifier_32f_C1R(const vnx32f* pSrc, int srcStep, const vnx32f* pTilt,
+                                                      int tiltStep, const vnx32f* pNorm, int normStep, vnx8u* pMask,
+                                                      int maskStep, vnxiSize roiSize, int* pPositive,
+                                                      vnx32f threshold,
+                                                      const vnxiHaarClassifier_32f* pState) noexcept {
+  return ownHaarApply<vnx32f, vnx32f>(pSrc, srcStep, pTilt, tiltStep, pNorm, normStep, pMask, maskStep, roiSize,
+                                      pPositive, threshold, pState, true, ownHaarRun::Serial);
+}
+VNX_API vnxStatus vnxiApplyMixedHaarClassifier_32s32f_C1R(const vnx32s* pSrc, int srcStep, const vnx32s* pTilt,
+                                                         int tiltStep, const vnx32f* pNorm, int normStep,
+                                                         vnx8u* pMask, int maskStep, vnxiSize roiSize, int* pPositive,
+                                                         vnx32f threshold,
+                                                         const vnxiHaarClassifier_32f* pState) noexcept {
+  return ownHaarApply<vnx32s, vnx32f>(pSrc, srcStep, pTilt, tiltStep, pNorm, normStep, pMask, maskStep, roiSize,
+                                      pPositive, threshold, pState, true, ownHaarRun::Serial);
+}
+VNX_API vnxStatus vnxiApplyMixedHaarClassifier_32s_C1RSfs(const vnx32s* pSrc, int srcStep, const vnx32s* pTilt,
+                                                         int tiltStep, const vnx32s* pNorm, int normStep,
+                                                         vnx8u* pMask, int maskStep, vnxiSize roiSize, int* pPositive,
+                                                         vnx32s threshold, const vnxiHaarClassifier_32s* pState,
+                                                         int scaleFactor) noexcept {
+  (void)scaleFactor;
+  return ownHaarApply<vnx32s, vnx32s>(pSrc, srcStep, pTilt, tiltStep, pNorm, normStep, pMask, maskStep, roiSize,
+                                      pPositive, threshold, pState, true, ownHaarRun::Serial);
+}

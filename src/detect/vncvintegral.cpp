@@ -1,0 +1,165 @@
+// Upright summed-area tables of 8u images: the integral (32s or 32f) and, in the
+// same pass, the squared integral (64f or 32s). Every entry carries the offset
+// once: row 0 and column 0 hold it, and each row adds its running sum to the row
+// above.
+#include <algorithm>
+
+#include "check.h"
+#include "integral.h"
+#include "simd.h"
+
+namespace {
+
+// Four 32-bit lanes to their inclusive prefix sums.
+inline __m128i ownPrefix4(__m128i v) {
+  v = _mm_add_epi32(v, _mm_slli_si128(v, 4));
+  return _mm_add_epi32(v, _mm_slli_si128(v, 8));
+}
+inline __m128i ownLastLane(__m128i v) { return _mm_shuffle_epi32(v, 0xFF); }
+
+inline void ownStoreSum(const vnx32s* above, vnx32s* out, __m128i v) {
+  ownStore(out, _mm_add_epi32(ownLoad(above), v));
+}
+inline void ownStoreSum(const vnx32f* above, vnx32f* out, __m128i v) {
+  _mm_storeu_ps(out, _mm_add_ps(_mm_cvtepi32_ps(v), _mm_loadu_ps(above)));
+}
+
+// Squares of four pixels held in 32-bit lanes: each lane read as the 16-bit pair
+// (p, 0) gives p * p + 0 * 0.
+inline __m128i ownSquares4(__m128i v) { return _mm_madd_epi16(v, v); }
+
+// 32s squares store the wrapping running square sum; 64f squares store it as
+// (double(chunk sum) + chunk base), exact integers below 2^53, plus the entry above.
+inline void ownStoreSqr(const vnx32s* above, vnx32s* out, __m128i q, __m128d) {
+  ownStore(out, _mm_add_epi32(ownLoad(above), q));
+}
+inline void ownStoreSqr(const vnx64f* above, vnx64f* out, __m128i q, __m128d base) {
+  const __m128d lo = _mm_add_pd(_mm_cvtepi32_pd(q), base);
+  const __m128d hi = _mm_add_pd(_mm_cvtepi32_pd(_mm_srli_si128(q, 8)), base);
+  _mm_storeu_pd(out, _mm_add_pd(_mm_loadu_pd(above), lo));
+  _mm_storeu_pd(out + 2, _mm_add_pd(_mm_loadu_pd(above + 2), hi));
+}
+
+// The 64f square sum runs in 32-bit chunks of at most this many pixels
+// (16384 x 255^2 < 2^31), each chunk adding to an exact double base.
+constexpr int kOwnSqrChunk = 16384;
+
+// Blocks of sixteen pixels: the four prefix sums of a block are independent and
+// only the carries chain (one add per four pixels), so the row walk is not bound
+// by the latency of the carry.
+template <class S, class Q>
+void ownIntegralRowBody_sse2(const vnx8u* src, const S* above, S* out, const Q* sqrAbove, Q* sqr, int n,
+                             ownRunning& run) {
+  constexpr bool kWrapSqr = sizeof(Q) == 4;
+  __m128i carry = _mm_set1_epi32(static_cast<int>(run.s));
+  __m128i qcarry = _mm_set1_epi32(kWrapSqr ? static_cast<int>(static_cast<std::uint32_t>(run.q)) : 0);
+  __m128d base = _mm_set1_pd(static_cast<double>(run.q));
+  const __m128i zero = _mm_setzero_si128();
+  int x = 0;
+  while (x + 16 <= n) {
+    const int chunkEnd = (kWrapSqr || !sqr || n - x <= kOwnSqrChunk) ? n : x + kOwnSqrChunk;
+    for (; x + 16 <= chunkEnd; x += 16) {
+      const __m128i b = ownLoad(src + x);
+      const __m128i lo = _mm_unpacklo_epi8(b, zero), hi = _mm_unpackhi_epi8(b, zero);
+      const __m128i v[4] = {_mm_unpacklo_epi16(lo, zero), _mm_unpackhi_epi16(lo, zero), _mm_unpacklo_epi16(hi, zero),
+                            _mm_unpackhi_epi16(hi, zero)};
+      for (int k = 0; k < 4; ++k) {
+        const __m128i p = ownPrefix4(v[k]);
+        ownStoreSum(above + x + 4 * k, out + x + 4 * k, _mm_add_epi32(p, carry));
+        carry = _mm_add_epi32(carry, ownLastLane(p));
+        if (sqr) {
+          const __m128i q = ownPrefix4(ownSquares4(v[k]));
+          ownStoreSqr(sqrAbove + x + 4 * k, sqr + x + 4 * k, _mm_add_epi32(q, qcarry), base);
+          qcarry = _mm_add_epi32(qcarry, ownLastLane(q));
+        }
+      }
+    }
+    if (!kWrapSqr && sqr) {
+      base = _mm_add_pd(base, _mm_cvtepi32_pd(qcarry));
+      qcarry = zero;
+    }
+  }
+  run.s = static_cast<std::uint32_t>(_mm_cvtsi128_si32(carry));
+  if (sqr)
+    run.q = kWrapSqr ? static_cast<std::uint32_t>(_mm_cvtsi128_si32(qcarry))
+                     : static_cast<std::uint64_t>(_mm_cvtsd_f64(base));
+  ownIntegralRow(src, above, out, sqrAbove, sqr, x, n, run);
+}
+
+// Fills every table row, then walks the source rows. Rows of the square table are
+// written only when pSqr is given.
+template <class S, class Q>
+void ownIntegralImage(const vnx8u* pSrc, int srcStep, S* pDst, int dstStep, Q* pSqr, int sqrStep, vnxiSize roi,
+                      S val, Q valSqr) {
+  const int w = roi.width;
+  std::fill_n(pDst, w + 1, val);
+  if (pSqr) std::fill_n(pSqr, w + 1, valSqr);
+  for (int y = 1; y <= roi.height; ++y) {
+    S* out = ownRow(pDst, dstStep, y);
+    const S* above = ownRow(pDst, dstStep, y - 1);
+    out[0] = val;
+    Q* sqr = pSqr ? ownRow(pSqr, sqrStep, y) : nullptr;
+    const Q* sqrAbove = pSqr ? ownRow(pSqr, sqrStep, y - 1) : nullptr;
+    if (sqr) sqr[0] = valSqr;
+    ownRunning run{0, 0};
+    ownIntegralRow_sse2(ownRow(pSrc, srcStep, y - 1), above + 1, out + 1, sqrAbove ? sqrAbove + 1 : nullptr,
+                        sqr ? sqr + 1 : nullptr, w, run);
+  }
+}
+
+}  // namespace
+
+void ownIntegralRow_sse2(const vnx8u* src, const vnx32s* above, vnx32s* out, const vnx64f* sqrAbove, vnx64f* sqr,
+                         int n, ownRunning& run) {
+  ownIntegralRowBody_sse2(src, above, out, sqrAbove, sqr, n, run);
+}
+void ownIntegralRow_sse2(const vnx8u* src, const vnx32f* above, vnx32f* out, const vnx64f* sqrAbove, vnx64f* sqr,
+                         int n, ownRunning& run) {
+  ownIntegralRowBody_sse2(src, above, out, sqrAbove, sqr, n, run);
+}
+void ownIntegralRow_sse2(const vnx8u* src, const vnx32s* above, vnx32s* out, const vnx32s* sqrAbove, vnx32s* sqr,
+                         int n, ownRunning& run) {
+  ownIntegralRowBody_sse2(src, above, out, sqrAbove, sqr, n, run);
+}
+
+VNX_API vnxStatus vnxiIntegral_8u32s_C1R(const vnx8u* pSrc, int srcStep, vnx32s* pDst, int dstStep,
+                                        vnxiSize roiSize, vnx32s val) noexcept {
+  if (vnxStatus st = ownCheckBuilder(pSrc, srcStep, pDst, dstStep, roiSize, 1))
+    return st;
+  ownIntegralImage<vnx32s, vnx64f>(pSrc, srcStep, pDst, dstStep, nullptr, 0, roiSize, val, 0.0);
+  return vnxStatusOk;
+}
+
+VNX_API vnxStatus vnxiIntegral_8u32f_C1R(const vnx8u* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                        vnxiSize roiSize, vnx32f val) noexcept {
+  if (vnxStatus st = ownCheckBuilder(pSrc, srcStep, pDst, dstStep, roiSize, 1))
+    return st;
+  ownIntegralImage<vnx32f, vnx64f>(pSrc, srcStep, pDst, dstStep, nullptr, 0, roiSize, val, 0.0);
+  return vnxStatusOk;
+}
+
+VNX_API vnxStatus vnxiSqrIntegral_8u32s64f_C1R(const vnx8u* pSrc, int srcStep, vnx32s* pDst, int dstStep,
+                                              vnx64f* pSqr, int sqrStep, vnxiSize roiSize, vnx32s val,
+                                              vnx64f valSqr) noexcept {
+  if (vnxStatus st = ownCheckBuilder(pSrc, srcStep, pDst, dstStep, pSqr, sqrStep, roiSize, 1))
+    return st;
+  ownIntegralImage(pSrc, srcStep, pDst, dstStep, pSqr, sqrStep, roiSize, val, valSqr);
+  return vnxStatusOk;
+}
+
+VNX_API vnxStatus vnxiSqrIntegral_8u32f64f_C1R(const vnx8u* pSrc, int srcStep, vnx32f* pDst, int dstStep,
+                                              vnx64f* pSqr, int sqrStep, vnxiSize roiSize, vnx32f val,
+                                              vnx64f valSqr) noexcept {
+  if (vnxStatus st = ownCheckBuilder(pSrc, srcStep, pDst, dstStep, pSqr, sqrStep, roiSize, 1))
+    return st;
+  ownIntegralImage(pSrc, srcStep, pDst, dstStep, pSqr, sqrStep, roiSize, val, valSqr);
+  return vnxStatusOk;
+}
+
+VNX_API vnxStatus vnxiSqrIntegral_8u32s_C1R(const vnx8u* pSrc, int srcStep, vnx32s* pDst, int dstStep, vnx32s* pSqr,
+                                           int sqrStep, vnxiSize roiSize, vnx32s val, vnx32s valSqr) noexcept {
+  if (vnxStatus st = ownCheckBuilder(pSrc, srcStep, pDst, dstStep, pSqr, sqrStep, roiSize, 1))
+    return st;
+  ownIntegralImage(pSrc, srcStep, pDst, dstStep, pSqr, sqrStep, roiSize, val, valSqr);
+  return vnxStatusOk;
+}
