@@ -74,7 +74,6 @@ void fuzzBuilder(Input& in) {
   const bool tilted = member >= 5, squared = member >= 2 && member != 5 && member != 6;
   const int extra = tilted ? 2 : 1;
   const int w = in.small(-1, 40), h = in.small(-1, 12);
-  const bool f32 = member == 1 || member == 3 || member == 6 || member == 8;
   const int sqrElem = (member == 4 || member == 9) ? 4 : 8;
   const std::int64_t cols = std::int64_t(w) + extra;
   const int srcStep = w + in.small(-2, 5);

@@ -130,7 +130,7 @@ template void ownDistBackwardBand(const ownDistImage<vnx32f>&, const ownChamfer<
 template <class D>
 static ownChamfer<D> ownChamferOfInt(const vnx32s* m, ownChamferMask mask) {
   const D far = ownDistanceFar<D>();
-  auto clamp = [far](vnx32s v) { return static_cast<D>(v < far ? v : far); };
+  auto clamp = [&](vnx32s v) { return static_cast<D>(v < far ? v : far); };
   const bool is3x3 = mask == ownChamferMask::Mask3x3;
   return {far, clamp(m[0]), clamp(m[1]), is3x3 ? D(0) : clamp(m[2]), is3x3 ? 1 : 2,
           is3x3 && static_cast<long long>(m[1]) >= 2ll * m[0]};

@@ -156,8 +156,12 @@ void ownCanny(const D* pDx, int dxStep, const D* pDy, int dyStep, vnx8u* pDst, i
 }
 
 // A float threshold as the 16s member compares it: truncated toward zero; one at or
-// above 65535 (or NaN) passes nothing, since magnitudes never exceed 65535.
-inline int ownTruncThreshold(float t) { return t < 65535.0f ? static_cast<int>(t) : 65535; }
+// above 65535 (or NaN) passes nothing, since magnitudes never exceed 65535, and one at
+// or below -1 passes every magnitude, as -1 does (magnitudes are never negative).
+inline int ownTruncThreshold(float t) {
+  if (!(t < 65535.0f)) return 65535;
+  return t > -1.0f ? static_cast<int>(t) : -1;
+}
 
 template <class D>
 vnxStatus ownCheckCanny(const D* pDx, int dxStep, const D* pDy, int dyStep, const vnx8u* pDst, int dstStep,

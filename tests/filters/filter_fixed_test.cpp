@@ -254,8 +254,9 @@ void bandsMatchTheWeights(const Entry<S, D> (&table)[N]) {
     vt::Threads guard(threads);
     for (const auto& e : table)
       for (int mask : {vnxMskSize3x3, vnxMskSize5x5}) {
-        const Params p{mask, int(seed % 5), kDivisors[seed % 5], 200.0};
-        expectMatches(e, {257 + int(seed % 9), threads * 128 + int(seed % 5)}, p, vt::Guard::After, seed++);
+        const auto s = seed++;
+        const Params p{mask, int(s % 5), kDivisors[s % 5], 200.0};
+        expectMatches(e, {257 + int(s % 9), threads * 128 + int(s % 5)}, p, vt::Guard::After, s);
       }
   }
 }
