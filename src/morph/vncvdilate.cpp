@@ -198,6 +198,10 @@ vnxStatus ownMorphApply(const T* src, int srcStep, T* dst, int dstStep, vnxiSize
   if (vnxStatus st = ownCheckMorphApply<T, C>(src, srcStep, dst, dstStep, roi, borderType, state)) return st;
   const ownMorphState* s = static_cast<const ownMorphState*>(state);
   if (roi.width > s->maxRoiWidth) return vnxStatusBadSize;
+  if ((s->kind == kOwnMorphRuns || s->kind == kOwnMorphGeneral) &&
+      ownCrossStrip<Op>(src, srcStep, dst, dstStep, roi, C, ownStateArray<vnx8u>(s, s->maskOffset),
+                        {s->maskWidth, s->maskHeight}, {s->anchorX, s->anchorY}))
+    return vnxStatusOk;
   switch (s->kind) {
     case kOwnMorphEmpty:
       ownCopyRows(src, srcStep, dst, dstStep, roi, C);
