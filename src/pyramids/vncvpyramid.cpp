@@ -23,7 +23,8 @@ inline __m128i ownWiden8(const vnx8s* p) {
 inline __m128i ownTimes6(__m128i v) { return _mm_mullo_epi16(v, _mm_set1_epi16(6)); }
 // ((6 c + 4 (b + d)) + a) + e in 16-bit lanes (integers: the order does not matter).
 inline __m128i ownTaps5(__m128i a, __m128i b, __m128i c, __m128i d, __m128i e) {
-  return _mm_add_epi16(_mm_add_epi16(ownTimes6(c), _mm_slli_epi16(_mm_add_epi16(b, d), 2)), _mm_add_epi16(a, e));
+  const __m128i bcd = _mm_add_epi16(_mm_add_epi16(b, d), c);  // 4 (b + c + d) + 2 c + a + e
+  return _mm_add_epi16(_mm_add_epi16(_mm_slli_epi16(bcd, 2), _mm_add_epi16(c, c)), _mm_add_epi16(a, e));
 }
 inline __m128 ownTaps5(__m128 a, __m128 b, __m128 c, __m128 d, __m128 e) {
   const __m128 t = _mm_add_ps(_mm_mul_ps(c, _mm_set1_ps(6.0f)), _mm_mul_ps(_mm_add_ps(b, d), _mm_set1_ps(4.0f)));
