@@ -20,31 +20,37 @@ inline __m128i ownPairs(std::int32_t lo, std::int32_t hi) {
 }
 }  // namespace
 
-// The whole vectors read r0[x .. x + 8] and r1[x .. x + 8]: they stop one pixel early.
+// The vectors of outputs x .. x + 7 read r0[x .. x + 8] and r1[x .. x + 8], inside
+// the n + 1 source pixels of a row; a row not a whole number of vectors ends with
+// one more vector over its last eight outputs.
 void ownCopySubpixRow_sse2(const vnx8u* r0, const vnx8u* r1, vnx8u* d, const ownSubpixWeights& w, std::int64_t n) {
   const __m128i wTop = ownPairs(w.w00, w.w10), wBot = ownPairs(w.w01, w.w11), half = _mm_set1_epi32(8192);
-  std::int64_t x = 0;
-  for (; x + 9 <= n; x += 8) {
+  auto step = [&](std::int64_t x) {
     __m128i q[2];
     ownSubpixSums8(r0 + x, r1 + x, wTop, wBot, q);
     const __m128i p16 = _mm_packs_epi32(_mm_srli_epi32(_mm_add_epi32(q[0], half), 14),
                                         _mm_srli_epi32(_mm_add_epi32(q[1], half), 14));
     _mm_storel_epi64(reinterpret_cast<__m128i*>(d + x), _mm_packus_epi16(p16, p16));
-  }
-  ownCopySubpixRow<vnx8u, vnx8u>(r0, r1, d, w, 14, x, n);
+  };
+  std::int64_t x = 0;
+  for (; x + 8 <= n; x += 8) step(x);
+  if (x < n && n >= 8) step(x = n - 8);
+  else ownCopySubpixRow<vnx8u, vnx8u>(r0, r1, d, w, 14, x, n);
 }
 void ownCopySubpixRow_sse2(const vnx8u* r0, const vnx8u* r1, vnx16u* d, const ownSubpixWeights& w, int shift,
                            std::int64_t n) {
   const __m128i wTop = ownPairs(w.w00, w.w10), wBot = ownPairs(w.w01, w.w11);
   const __m128i half = _mm_set1_epi32(1 << (shift - 1)), count = _mm_cvtsi32_si128(shift);
-  std::int64_t x = 0;
-  for (; x + 9 <= n; x += 8) {
+  auto step = [&](std::int64_t x) {
     __m128i q[2];
     ownSubpixSums8(r0 + x, r1 + x, wTop, wBot, q);
     ownStore(d + x, _mm_packs_epi32(_mm_srl_epi32(_mm_add_epi32(q[0], half), count),
                                     _mm_srl_epi32(_mm_add_epi32(q[1], half), count)));
-  }
-  ownCopySubpixRow<vnx8u, vnx16u>(r0, r1, d, w, shift, x, n);
+  };
+  std::int64_t x = 0;
+  for (; x + 8 <= n; x += 8) step(x);
+  if (x < n && n >= 8) step(x = n - 8);
+  else ownCopySubpixRow<vnx8u, vnx16u>(r0, r1, d, w, shift, x, n);
 }
 
 namespace {

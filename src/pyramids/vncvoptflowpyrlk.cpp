@@ -106,34 +106,57 @@ inline void ownFlowRowSums(const vnx32f* a, const vnx32f* b, const vnx32f* ix, c
   }
 }
 // 16-bit patches: pairs of products in 32-bit lanes (|d|, |I| <= 32648: a pair stays
-// below 2^31), each vector of lanes added to the double sums exactly.
-inline double ownLanesSum(__m128i v) {
-  const __m128d lo = _mm_cvtepi32_pd(v), hi = _mm_cvtepi32_pd(_mm_shuffle_epi32(v, 0x0E));
-  return ownHorizontalSum(lo, hi);
+// below 2^31), sign-extended into 64-bit integer lanes; the window's integer sums go to
+// double once at the end (exact: every sum stays below 2^53, so this is the same
+// number the pixel-by-pixel double sums give).
+struct ownFlowLanes {
+  __m128i bx, by, e, gxx, gxy, gyy;
+};
+__attribute__((always_inline)) inline __m128i ownAddWidened(__m128i acc, __m128i v) {
+  const __m128i sign = _mm_srai_epi32(v, 31);
+  return _mm_add_epi64(acc, _mm_add_epi64(_mm_unpacklo_epi32(v, sign), _mm_unpackhi_epi32(v, sign)));
 }
+inline double ownLanes64Sum(__m128i v) {
+  alignas(16) std::int64_t q[2];
+  _mm_store_si128(reinterpret_cast<__m128i*>(q), v);
+  return static_cast<double>(q[0] + q[1]);
+}
+// One row of n pixels: whole vectors, the last one with the lanes past n cleared (the
+// patch rows run on in memory, so the vector stays inside the scratch).
 inline void ownFlowRowSums(const vnx16s* a, const vnx16s* b, const vnx16s* ix, const vnx16s* iy, int n, bool withG,
-                           ownFlowSums& s) {
-  int x = 0;
-  for (; x + 8 <= n; x += 8) {
-    const __m128i d = _mm_sub_epi16(ownLoad(a + x), ownLoad(b + x)), gx = ownLoad(ix + x), gy = ownLoad(iy + x);
-    s.bx += ownLanesSum(_mm_madd_epi16(d, gx));
-    s.by += ownLanesSum(_mm_madd_epi16(d, gy));
-    s.e += ownLanesSum(_mm_madd_epi16(d, d));
+                           ownFlowLanes& s) {
+  const __m128i lane = _mm_setr_epi16(0, 1, 2, 3, 4, 5, 6, 7);
+  for (int x = 0; x < n; x += 8) {
+    const __m128i keep = _mm_cmpgt_epi16(_mm_set1_epi16(static_cast<short>(std::min(n - x, 8))), lane);
+    const __m128i d = _mm_and_si128(_mm_sub_epi16(ownLoad(a + x), ownLoad(b + x)), keep);
+    const __m128i gx = _mm_and_si128(ownLoad(ix + x), keep), gy = _mm_and_si128(ownLoad(iy + x), keep);
+    s.bx = ownAddWidened(s.bx, _mm_madd_epi16(d, gx));
+    s.by = ownAddWidened(s.by, _mm_madd_epi16(d, gy));
+    s.e = ownAddWidened(s.e, _mm_madd_epi16(d, d));
     if (withG) {
-      s.gxx += ownLanesSum(_mm_madd_epi16(gx, gx));
-      s.gxy += ownLanesSum(_mm_madd_epi16(gx, gy));
-      s.gyy += ownLanesSum(_mm_madd_epi16(gy, gy));
+      s.gxx = ownAddWidened(s.gxx, _mm_madd_epi16(gx, gx));
+      s.gxy = ownAddWidened(s.gxy, _mm_madd_epi16(gx, gy));
+      s.gyy = ownAddWidened(s.gyy, _mm_madd_epi16(gy, gy));
     }
   }
-  for (; x < n; ++x) {
-    const std::int64_t d = a[x] - b[x], gx = ix[x], gy = iy[x];
-    s.bx += static_cast<double>(d * gx);
-    s.by += static_cast<double>(d * gy);
-    s.e += static_cast<double>(d * d);
-    if (withG) {
-      s.gxx += static_cast<double>(gx * gx);
-      s.gxy += static_cast<double>(gx * gy);
-      s.gyy += static_cast<double>(gy * gy);
+}
+// The sums of a window of rows y0 .. y1, columns x0 .. x0 + n - 1.
+template <class P>
+inline void ownFlowWindowSums(const P* p1, const P* p2, const P* ix, const P* iy, int side, int x0, int y0, int y1,
+                              int n, bool withG, ownFlowSums& s) {
+  if constexpr (std::is_same<P, vnx16s>::value) {
+    const __m128i z = _mm_setzero_si128();
+    ownFlowLanes l{z, z, z, z, z, z};
+    for (int y = y0; y <= y1; ++y) {
+      const int o = y * side + x0;
+      ownFlowRowSums(p1 + o, p2 + o, ix + o, iy + o, n, withG, l);
+    }
+    s = {ownLanes64Sum(l.gxx), ownLanes64Sum(l.gxy), ownLanes64Sum(l.gyy), ownLanes64Sum(l.bx), ownLanes64Sum(l.by),
+         ownLanes64Sum(l.e)};
+  } else {
+    for (int y = y0; y <= y1; ++y) {
+      const int o = y * side + x0;
+      ownFlowRowSums(p1 + o, p2 + o, ix + o, iy + o, n, withG, s);
     }
   }
 }
@@ -184,10 +207,7 @@ void ownFlowPoint(const ownFlowArgs& a, int i, typename ownFlowType<T>::P* scrat
       }
       const bool withG = it == 0 || rect != last;
       ownFlowSums s{0, 0, 0, 0, 0, 0};
-      for (int y = rect.y0; y <= rect.y1; ++y) {
-        const int o = y * side + rect.x0;
-        ownFlowRowSums(p1 + o, p2 + o, ix + o, iy + o, rect.x1 - rect.x0 + 1, withG, s);
-      }
+      ownFlowWindowSums(p1, p2, ix, iy, side, rect.x0, rect.y0, rect.y1, rect.x1 - rect.x0 + 1, withG, s);
       if (withG) gxx = s.gxx, gxy = s.gxy, gyy = s.gyy;
       last = rect;
       e = s.e;

@@ -23,7 +23,8 @@ inline __m128i ownWiden8(const vnx8s* p) {
 inline __m128i ownTimes6(__m128i v) { return _mm_mullo_epi16(v, _mm_set1_epi16(6)); }
 // ((6 c + 4 (b + d)) + a) + e in 16-bit lanes (integers: the order does not matter).
 inline __m128i ownTaps5(__m128i a, __m128i b, __m128i c, __m128i d, __m128i e) {
-  return _mm_add_epi16(_mm_add_epi16(ownTimes6(c), _mm_slli_epi16(_mm_add_epi16(b, d), 2)), _mm_add_epi16(a, e));
+  const __m128i bcd = _mm_add_epi16(_mm_add_epi16(b, d), c);  // 4 (b + c + d) + 2 c + a + e
+  return _mm_add_epi16(_mm_add_epi16(_mm_slli_epi16(bcd, 2), _mm_add_epi16(c, c)), _mm_add_epi16(a, e));
 }
 inline __m128 ownTaps5(__m128 a, __m128 b, __m128 c, __m128 d, __m128 e) {
   const __m128 t = _mm_add_ps(_mm_mul_ps(c, _mm_set1_ps(6.0f)), _mm_mul_ps(_mm_add_ps(b, d), _mm_set1_ps(4.0f)));
@@ -36,19 +37,33 @@ inline __m128i ownRoundShift(__m128i s, int shift, bool isUnsigned) {
   const __m128i r = _mm_add_epi16(s, _mm_set1_epi16(static_cast<short>(1 << (shift - 1))));
   return isUnsigned ? _mm_srl_epi16(r, _mm_cvtsi32_si128(shift)) : _mm_sra_epi16(r, _mm_cvtsi32_si128(shift));
 }
-inline void ownPack16(vnx8u* d, __m128i lo, __m128i hi) { ownStore(d, _mm_packus_epi16(lo, hi)); }
-inline void ownPack16(vnx8s* d, __m128i lo, __m128i hi) { ownStore(d, _mm_packs_epi16(lo, hi)); }
+inline void ownPack16(vnx8u* d, __m128i lo, __m128i hi, ownStoreKind kind = ownStoreKind::Cached) {
+  ownStoreLanes(d, _mm_packus_epi16(lo, hi), kind);
+}
+inline void ownPack16(vnx8s* d, __m128i lo, __m128i hi, ownStoreKind kind = ownStoreKind::Cached) {
+  ownStoreLanes(d, _mm_packs_epi16(lo, hi), kind);
+}
 
 // Down, 8-bit: eight output columns i .. i + 7 read source columns 2i - 2 .. 2i + 17.
 template <class T>
+inline void ownPyrDownH8At(const T* s, vnx16s* h, std::int64_t i) {
+  __m128i em, om, e0, o0, e1, o1;
+  ownEvenOdd(s + 2 * i - 2, em, om);
+  ownEvenOdd(s + 2 * i, e0, o0);
+  ownEvenOdd(s + 2 * i + 2, e1, o1);
+  ownStore(h + i, ownTaps5(em, om, e0, o0, e1));
+}
+// The columns right of the last whole step take one more step ending at the last
+// vector still inside the row (it redoes a few columns); only the one or two edge
+// columns go through the border rule.
+template <class T>
 void ownPyrDownRowH8(const T* s, std::int64_t width, vnx16s* h, std::int64_t n) {
   std::int64_t i = 1;
-  for (; i < n && 2 * i + 18 <= width; i += 8) {
-    __m128i em, om, e0, o0, e1, o1;
-    ownEvenOdd(s + 2 * i - 2, em, om);
-    ownEvenOdd(s + 2 * i, e0, o0);
-    ownEvenOdd(s + 2 * i + 2, e1, o1);
-    ownStore(h + i, ownTaps5(em, om, e0, o0, e1));
+  for (; i < n && 2 * i + 18 <= width; i += 8) ownPyrDownH8At(s, h, i);
+  const std::int64_t last = width >= 20 ? (width - 18) / 2 : 0;  // 2 last + 18 <= width
+  if (i < n && last >= 1) {
+    ownPyrDownH8At(s, h, last);
+    i = last + 8;
   }
   ownPyrDownRowH(s, width, 1, h, 0, 1 < n ? 1 : n);
   ownPyrDownRowH(s, width, 1, h, i < n ? i : n, n);
@@ -65,6 +80,7 @@ void ownPyrDownRowV8(const vnx16s* const* r, T* d, std::int64_t n) {
                            8, std::is_same<T, vnx8u>::value);
     }
     ownPack16(d + k, s[0], s[1]);
+    if (k + 16 < n && k + 32 > n) k = n - 32;  // the last step ends at the row end
   }
   ownPyrDownRowV<T>(r, d, k, n);
 }
@@ -78,12 +94,16 @@ void ownPyrUpRowH8(const T* s, std::int64_t width, vnx16s* h) {
     const __m128i e = _mm_add_epi16(_mm_add_epi16(a, ownTimes6(b)), c), o = _mm_slli_epi16(_mm_add_epi16(b, c), 2);
     ownStore(h + 2 * x, _mm_unpacklo_epi16(e, o));
     ownStore(h + 2 * x + 8, _mm_unpackhi_epi16(e, o));
+    if (x + 9 < width && x + 17 > width) x = width - 17;  // the last step ends at the last column but one
   }
   ownPyrUpRowH(s, width, 1, h, 0, 1);  // column 0 and the columns right of the vectors
   ownPyrUpRowH(s, width, 1, h, x, width);
 }
+// Streaming stores need both rows 16-byte aligned and whole steps to the row end.
 template <class T>
-void ownPyrUpRowV8(const vnx16s* const* r, T* even, T* odd, std::int64_t n) {
+void ownPyrUpRowV8(const vnx16s* const* r, T* even, T* odd, std::int64_t n, ownStoreKind kind) {
+  if (((reinterpret_cast<std::uintptr_t>(even) | reinterpret_cast<std::uintptr_t>(odd)) & 15) != 0 || n % 16 != 0)
+    kind = ownStoreKind::Cached;
   std::int64_t k = 0;
   for (; k + 16 <= n; k += 16) {
     __m128i e[2], o[2];
@@ -92,8 +112,9 @@ void ownPyrUpRowV8(const vnx16s* const* r, T* even, T* odd, std::int64_t n) {
       e[v] = ownRoundShift(_mm_add_epi16(_mm_add_epi16(a, ownTimes6(b)), c), 6, false);
       o[v] = ownRoundShift(_mm_add_epi16(b, c), 4, false);  // (4 (b + c) + 32) >> 6 is (b + c + 8) >> 4
     }
-    ownPack16(even + k, e[0], e[1]);
-    ownPack16(odd + k, o[0], o[1]);
+    ownPack16(even + k, e[0], e[1], kind);
+    ownPack16(odd + k, o[0], o[1], kind);
+    if (k + 16 < n && k + 32 > n) k = n - 32;
   }
   ownPyrUpRowV<T>(r, even, odd, k, n);
 }
@@ -115,6 +136,7 @@ void ownPyrDownRowH_sse2(const vnx32f* s, std::int64_t width, vnx32f* h, std::in
     const __m128 em = _mm_shuffle_ps(a, b, 0x88), om = _mm_shuffle_ps(a, b, 0xDD);  // p-2 p0 p2 p4, p-1 p1 p3 p5
     const __m128 e1 = _mm_shuffle_ps(b, c, 0x88), o1 = _mm_shuffle_ps(b, c, 0xDD);  // p2 p4 p6 p8, p3 p5 p7 p9
     _mm_storeu_ps(h + i, ownTaps5(em, om, _mm_shuffle_ps(em, e1, 0x99), _mm_shuffle_ps(om, o1, 0x99), e1));
+    if (i + 4 < n && 2 * i + 18 > width && width >= 12 && (width - 10) / 2 > i) i = (width - 10) / 2 - 4;  // last step inside the row
   }
   ownPyrDownRowH(s, width, 1, h, 0, 1 < n ? 1 : n);
   ownPyrDownRowH(s, width, 1, h, i < n ? i : n, n);
@@ -127,6 +149,7 @@ void ownPyrDownRowV_sse2(const vnx32f* const* r, vnx32f* d, std::int64_t n) {
     const __m128 s = ownTaps5(_mm_loadu_ps(r[0] + k), _mm_loadu_ps(r[1] + k), _mm_loadu_ps(r[2] + k),
                               _mm_loadu_ps(r[3] + k), _mm_loadu_ps(r[4] + k));
     _mm_storeu_ps(d + k, _mm_mul_ps(s, _mm_set1_ps(0.00390625f)));
+    if (k + 4 < n && k + 8 > n) k = n - 8;
   }
   ownPyrDownRowV<vnx32f>(r, d, k, n);
 }
@@ -145,13 +168,13 @@ void ownPyrUpRowH_sse2(const vnx32f* s, std::int64_t width, vnx32f* h) {
   ownPyrUpRowH(s, width, 1, h, 0, 1);
   ownPyrUpRowH(s, width, 1, h, x, width);
 }
-void ownPyrUpRowV_sse2(const vnx16s* const* r, vnx8u* even, vnx8u* odd, std::int64_t n) {
-  ownPyrUpRowV8(r, even, odd, n);
+void ownPyrUpRowV_sse2(const vnx16s* const* r, vnx8u* even, vnx8u* odd, std::int64_t n, ownStoreKind kind) {
+  ownPyrUpRowV8(r, even, odd, n, kind);
 }
-void ownPyrUpRowV_sse2(const vnx16s* const* r, vnx8s* even, vnx8s* odd, std::int64_t n) {
-  ownPyrUpRowV8(r, even, odd, n);
+void ownPyrUpRowV_sse2(const vnx16s* const* r, vnx8s* even, vnx8s* odd, std::int64_t n, ownStoreKind kind) {
+  ownPyrUpRowV8(r, even, odd, n, kind);
 }
-void ownPyrUpRowV_sse2(const vnx32f* const* r, vnx32f* even, vnx32f* odd, std::int64_t n) {
+void ownPyrUpRowV_sse2(const vnx32f* const* r, vnx32f* even, vnx32f* odd, std::int64_t n, ownStoreKind) {
   std::int64_t k = 0;
   const __m128 six = _mm_set1_ps(6.0f), four = _mm_set1_ps(4.0f), w = _mm_set1_ps(0.015625f);
   for (; k + 4 <= n; k += 4) {

@@ -124,9 +124,11 @@ void ownPyrUpRowV(const typename ownPyrWork<T>::W* const* r, T* even, T* odd, st
 void ownPyrUpRowH_sse2(const vnx8u* s, std::int64_t width, vnx16s* h);
 void ownPyrUpRowH_sse2(const vnx8s* s, std::int64_t width, vnx16s* h);
 void ownPyrUpRowH_sse2(const vnx32f* s, std::int64_t width, vnx32f* h);
-void ownPyrUpRowV_sse2(const vnx16s* const* r, vnx8u* even, vnx8u* odd, std::int64_t n);
-void ownPyrUpRowV_sse2(const vnx16s* const* r, vnx8s* even, vnx8s* odd, std::int64_t n);
-void ownPyrUpRowV_sse2(const vnx32f* const* r, vnx32f* even, vnx32f* odd, std::int64_t n);
+// 8-bit rows take streaming stores when both rows are 16-byte aligned and n is a
+// whole number of vectors (otherwise cached); the caller fences.
+void ownPyrUpRowV_sse2(const vnx16s* const* r, vnx8u* even, vnx8u* odd, std::int64_t n, ownStoreKind kind);
+void ownPyrUpRowV_sse2(const vnx16s* const* r, vnx8s* even, vnx8s* odd, std::int64_t n, ownStoreKind kind);
+void ownPyrUpRowV_sse2(const vnx32f* const* r, vnx32f* even, vnx32f* odd, std::int64_t n, ownStoreKind kind);
 
 // ---- work rows -----------------------------------------------------------------
 

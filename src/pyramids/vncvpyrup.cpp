@@ -8,7 +8,8 @@
 namespace {
 
 template <class T, int C>
-void ownPyrUpBand(const T* src, int srcStep, vnxiSize roi, T* dst, int dstStep, int y0, int y1, void* scratch) {
+void ownPyrUpBand(const T* src, int srcStep, vnxiSize roi, T* dst, int dstStep, int y0, int y1, void* scratch,
+                  ownStoreKind store) {
   using W = typename ownPyrWork<T>::W;
   const std::int64_t n = std::int64_t{2} * roi.width * C;
   ownPyrRows<W> rows(static_cast<W*>(scratch), ownPyrStride<W>(n), 3);
@@ -23,8 +24,9 @@ void ownPyrUpBand(const T* src, int srcStep, vnxiSize roi, T* dst, int dstStep, 
     const W* r[3];
     for (int k = 0; k < 3; ++k) r[k] = rows.get(std::int64_t{y} - 1 + k, fill);
     T* even = ownRow(ownRow(dst, dstStep, y), dstStep, y);  // row 2y without forming 2y in an int
-    ownPyrUpRowV_sse2(r, even, ownRow(even, dstStep, 1), n);
+    ownPyrUpRowV_sse2(r, even, ownRow(even, dstStep, 1), n, store);
   }
+  if (store == ownStoreKind::Streaming) ownStreamFence();
 }
 
 template <class T, int C>
@@ -32,8 +34,11 @@ vnxStatus ownPyrUp_omp(const T* src, int srcStep, T* dst, int dstStep, vnxiSize 
   using W = typename ownPyrWork<T>::W;
   const std::int64_t perBand = 3 * ownPyrStride<W>(std::int64_t{2} * roi.width * C) * std::int64_t{sizeof(W)};
   ownPyrScratch scratch(buffer, ownPyrUpBufBytes(roi.width, C), perBand, ownBandCount(roi, kOwnBandsPyramid));
+  // the output is four times the source: when it cannot stay cached it is written around the cache
+  const std::int64_t bytes = std::int64_t{5} * roi.width * roi.height * C * std::int64_t{sizeof(T)};
+  const ownStoreKind store = ownStreamOutput(bytes) ? ownStoreKind::Streaming : ownStoreKind::Cached;
   ownRunBands(ownBandSplit{roi.height, scratch.bands()}, [&](int b, int y0, int y1) {
-    ownPyrUpBand<T, C>(src, srcStep, roi, dst, dstStep, y0, y1, scratch.slice(b));
+    ownPyrUpBand<T, C>(src, srcStep, roi, dst, dstStep, y0, y1, scratch.slice(b), store);
   });
   return vnxStatusOk;
 }
