@@ -14,6 +14,7 @@ int ownBandCount(vnxiSize roi, const ownBandPolicy& policy) noexcept {
   const int n = ownNumThreads();
   if (n <= 1) return 1;
   const std::int64_t pixels = static_cast<std::int64_t>(roi.width) * roi.height;
+  if (pixels < policy.minPixels) return 1;
   if (pixels < static_cast<std::int64_t>(n) * policy.pixelsPerThread) return 1;
   if (static_cast<std::int64_t>(roi.height) < static_cast<std::int64_t>(n) * policy.rowsPerBand) return 1;
   if (roi.width < policy.minWidth) return 1;

@@ -35,12 +35,15 @@ struct ownBandPolicy {
   int rowsPerBand;               // fewer than this many rows a band: serial (1: no row test)
   int minWidth;                  // a narrower ROI stays serial (1: no width test)
   ownCoreTest coreTest;          // a die with one core keeps the operation serial
+  std::int64_t minPixels = 0;    // width * height below this: serial, whatever the thread count
 };
 
 // Reductions: 128K pixels a thread (the masked means and extrema; the norms add the
 // single-core test), 64K for the plain 8u mean and deviation.
 constexpr ownBandPolicy kOwnBandsReduce{std::int64_t{1} << 17, 1, 1, ownCoreTest::Ignore};
 constexpr ownBandPolicy kOwnBandsReduceCoreTest{std::int64_t{1} << 17, 1, 1, ownCoreTest::SerialOnSingleCore};
+// Extrema with locations: a whole-image cut-off of 16384 pixels, one band a thread above it.
+constexpr ownBandPolicy kOwnBandsExtrema{0, 1, 1, ownCoreTest::Ignore, std::int64_t{1} << 14};
 constexpr ownBandPolicy kOwnBandsReduce64KCoreTest{std::int64_t{1} << 16, 1, 1, ownCoreTest::SerialOnSingleCore};
 // Row pass of the separable pipeline: rows are independent, 32K pixels a thread pay a fork.
 constexpr ownBandPolicy kOwnBandsRowPass{std::int64_t{1} << 15, 1, 1, ownCoreTest::Ignore};

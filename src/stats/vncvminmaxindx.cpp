@@ -21,9 +21,6 @@ inline vnx32f ownExtValue(ownExtVal<T> v) {
     return ownCanonicalNaN(static_cast<vnx32f>(v));
 }
 
-// Images below this many pixels are scanned serially, larger ones in one band a thread.
-constexpr int kOwnExtremaSerialPixels = 16384;
-
 // Stores a result the caller asked for: the four result pointers are not checked,
 // and a null one means that result is not wanted.
 template <class V>
@@ -35,8 +32,7 @@ template <class T>
 vnxStatus ownMinMaxIndx(const ownStatArgs<T>& a, vnx32f* pMin, vnx32f* pMax, vnxiPoint* pMinIndex,
                         vnxiPoint* pMaxIndex) {
   if (vnxStatus st = a.check()) return st;
-  const std::int64_t pixels = static_cast<std::int64_t>(a.roi.width) * a.roi.height;
-  const int nBands = pixels < kOwnExtremaSerialPixels ? 1 : ownNumThreads();
+  const int nBands = ownBandCount(a.roi, kOwnBandsExtrema);
   ownExtremaPart<T> t;
   // band order decides ties: a later band's minimum is taken unless it is >= the
   // current one (a NaN is taken), its maximum only when strictly greater

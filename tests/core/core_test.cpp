@@ -162,6 +162,8 @@ TEST(BandCount, PoliciesByTable) {
       {kOwnBandsFixedScharr, {1, 512}, cores},
       {kOwnBandsFixedLaplacian, {256, 128}, cores},
       {kOwnBandsFixedLaplacian, {256, 127}, 1},
+      {kOwnBandsExtrema, {128, 127}, 1},            // 16256 pixels, below the whole-image cut-off
+      {kOwnBandsExtrema, {128, 128}, 4},
   };
   for (const auto& r : rows)
     EXPECT_EQ(ownBandCount(r.roi, r.policy), r.bands) << r.roi.width << "x" << r.roi.height;
