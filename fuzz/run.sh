@@ -9,6 +9,7 @@
 # The seeds are minimized corpora of longer runs (libFuzzer -merge=1), 40 small files each.
 #   FUZZ_SECONDS   seconds per harness (default 20)
 #   FUZZ_ONLY      run only harnesses whose name matches this regex
+#   FUZZ_SEED      libFuzzer's random seed (default 1, so a CI run repeats; 0 picks one)
 #   FUZZ_SKIP      semicolon list of VNX_FUZZ_SKIP_* macros (inputs to step over); by default
 #                  the line of 2^30 + 1 pixels, whose 1 GiB walk under the sanitizers outlasts a
 #                  fuzz timeout (the line-sampling tests walk lines past 2^30 in the ordinary build)
@@ -44,7 +45,7 @@ for exe in "$build"/fuzz/fuzz_*; do
     fi
   done
   if [ $rc -eq 0 ]; then
-    "$exe" "$work/$name/corpus" -max_total_time="$seconds" -rss_limit_mb=2048 -timeout=10 \
+    "$exe" "$work/$name/corpus" -max_total_time="$seconds" -rss_limit_mb=2048 -timeout=10 -seed="${FUZZ_SEED:-1}" \
       -artifact_prefix="$work/$name/artifacts/" -print_final_stats=1 >>"$work/$name/log" 2>&1
     rc=$?
   fi
