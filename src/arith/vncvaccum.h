@@ -31,15 +31,16 @@ inline float ownAccPixel(float acc, float a, float b, bool sel, float alpha) {
   }
 }
 
-// The same, four lanes at a time; keeping a lane under a zero selector gives +0.0 exactly.
+// The same, four lanes at a time; keeping a lane under a zero selector gives +0.0
+// exactly. A NaN lane is left as the arithmetic gives it: the row kernel settles it.
 template <ownAccOp K, ownMasking M>
 inline __m128 ownAccLanes(__m128 acc, __m128 a, __m128 b, __m128 sel, __m128 alpha) {
   constexpr bool kMasked = M == ownMasking::ByMask;
   if constexpr (K == ownAccOp::Weighted) {
-    return ownCanonicalNaN(ownBlendPs(acc, a, kMasked ? ownKeepPs(sel, alpha) : alpha));
+    return ownBlendPs(acc, a, kMasked ? ownKeepPs(sel, alpha) : alpha);
   } else {
     const __m128 term = K == ownAccOp::Add ? a : K == ownAccOp::Square ? ownMulPs(a, a) : ownMulPs(a, b);
-    return ownCanonicalNaN(ownAddTermPs(acc, kMasked ? ownKeepPs(sel, term) : term));
+    return ownAddTermPs(acc, kMasked ? ownKeepPs(sel, term) : term);
   }
 }
 
@@ -64,6 +65,7 @@ void ownAccRow_sse2(const S* s1, const S* s2, const vnx8u* m, float* acc, int n,
   constexpr ownMasking kSelect = (M == ownMasking::ByMask && !kPremask) ? ownMasking::ByMask : ownMasking::None;
   constexpr bool kTwo = K == ownAccOp::Product;
   const __m128 va = ownSplatPs(alpha);
+  ownNaNWatch nan;
   int x = 0;
   for (; x + 16 <= n; x += 16) {
     __m128 a[4], b[4], sel[4];
@@ -82,7 +84,10 @@ void ownAccRow_sse2(const S* s1, const S* s2, const vnx8u* m, float* acc, int n,
       v[i] = ownAccLanes<K, kSelect>(v[i], a[i], kTwo ? b[i] : a[i], kSelect == ownMasking::ByMask ? sel[i] : a[i],
                                      va);
     for (int i = 0; i < 4; ++i) ownStorePs(acc + x + 4 * i, v[i]);
+    nan.note(v[0], v[1]);
+    nan.note(v[2], v[3]);
   }
+  nan.settle(acc, x);
   ownAccRow<K, M>(s1, s2, m, acc, x, n, alpha);
 }
 

@@ -150,6 +150,34 @@ inline __m128d ownCanonicalNaN(__m128d v) {
   return _mm_or_pd(_mm_and_pd(sel, nan), _mm_andnot_pd(sel, v));
 }
 
+// Kernels whose results are rarely NaN store them as they come and note each stored
+// vector here (a compare and an or); once a row is done, only a row that held a NaN
+// is passed again to make its NaNs the library's one NaN. A select on every store
+// costs four operations a vector, as much as a small filter's arithmetic.
+class ownNaNWatch {
+ public:
+  void note(__m128 v) { seen_ = _mm_or_ps(seen_, _mm_cmpunord_ps(v, v)); }
+  void note(__m128 a, __m128 b) { seen_ = _mm_or_ps(seen_, _mm_cmpunord_ps(a, b)); }  // two vectors at once
+  void store(float* d, __m128 v) {
+    _mm_storeu_ps(d, v);
+    note(v);
+  }
+  bool seen() const { return _mm_movemask_ps(seen_) != 0; }
+  // Every NaN of d[0 .. n - 1] made the one NaN, when a noted vector held one (a
+  // watch serves the rows of one kernel call; each row is settled on its own).
+  void settle(float* d, std::ptrdiff_t n) {
+    if (!seen()) return;
+    const __m128i nan = _mm_set1_epi32(static_cast<int>(0xFFC00000u));
+    for (std::ptrdiff_t i = 0; i < n; ++i) {
+      float& v = d[i];
+      if (v != v) _mm_store_ss(&v, _mm_castsi128_ps(nan));
+    }
+  }
+
+ private:
+  __m128 seen_ = _mm_setzero_ps();
+};
+
 // ---- arith: differences, accumulators and motion history ----------------------------
 
 // Where the vector stores of a row go: through the cache, or around it (non-temporal;
@@ -394,5 +422,3 @@ inline void ownStorePacked(vnx8u* d, __m128i lo, __m128i hi) {
 }
 // Sixteen 16-bit lanes packed with unsigned saturation to bytes and stored.
 inline void ownStorePackedU8(vnx8u* d, __m128i lo, __m128i hi) { ownStore(d, _mm_packus_epi16(lo, hi)); }
-// Four floats stored with every NaN lane made the library's one NaN.
-inline void ownStoreCanonical(float* d, __m128 v) { _mm_storeu_ps(d, ownCanonicalNaN(v)); }

@@ -42,9 +42,17 @@ template <class R1, class R2>
 // rows without a source pointer are in the ring already), so reading the source
 // overlaps writing the output.
 template <bool Two, bool Scaled, class C1, class R1, class C2, class R2>
-void ownColumns32f(float* const (*rows)[C1::k + 1], const float* const* src, float* const* d, int w,
+void ownColumns32f(float* const (*ringRows)[C1::k + 1], const float* const* newRows, float* const* outRows, int w,
                    __m128 scale) {
   constexpr int nNew = Two ? 2 : 1, r = R1::k / 2;
+  // The row pointers in locals: the float stores below cannot then change them, so
+  // they stay in registers instead of being reloaded for every vector.
+  float* rows[2][C1::k + 1];
+  for (int t = 0; t < 2; ++t)
+    for (int i = 0; i <= C1::k; ++i) rows[t][i] = ringRows[t][i];
+  const float* const src[2] = {newRows[0], Two ? newRows[1] : nullptr};
+  float* const d[2] = {outRows[0], Two ? outRows[1] : nullptr};
+  ownNaNWatch nan;  // the output rows' NaNs are settled once they are written
   auto at = [&](int x, float* const* to, int xo) __attribute__((always_inline)) {  // four columns
     if (x >= r && x + 4 + r <= w)
       for (int i = 0; i < nNew; ++i)
@@ -54,12 +62,14 @@ void ownColumns32f(float* const (*rows)[C1::k + 1], const float* const* src, flo
       v1[i] = _mm_loadu_ps(rows[0][i] + x);
       if constexpr (C2::k > 0) v2[i] = _mm_loadu_ps(rows[1][i] + x);
     }
-    for (int i = 0; i < (Two ? 2 : 1); ++i) {
-      __m128 s = C1::dotf(v1 + i);
-      if constexpr (C2::k > 0) s = _mm_add_ps(s, C2::dotf(v2 + i));
-      if constexpr (Scaled) s = _mm_mul_ps(s, scale);
-      ownStoreCanonical(to[i] + xo, s);
+    __m128 s[2];
+    for (int i = 0; i < nNew; ++i) {
+      s[i] = C1::dotf(v1 + i);
+      if constexpr (C2::k > 0) s[i] = _mm_add_ps(s[i], C2::dotf(v2 + i));
+      if constexpr (Scaled) s[i] = _mm_mul_ps(s[i], scale);
+      _mm_storeu_ps(to[i] + xo, s[i]);
     }
+    nan.note(s[0], s[nNew - 1]);
   };
   if (w >= 4) {
     int x = 0;
@@ -71,6 +81,7 @@ void ownColumns32f(float* const (*rows)[C1::k + 1], const float* const* src, flo
     at(0, to, 0);
     for (int i = 0; i < (Two ? 2 : 1); ++i) std::copy(tmp[i], tmp[i] + w, d[i]);
   }
+  for (int i = 0; i < nNew; ++i) nan.settle(d[i], w);
 }
 
 template <class C1, class R1, class C2 = ownNoTaps, class R2 = ownNoTaps>

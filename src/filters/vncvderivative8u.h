@@ -66,7 +66,7 @@ void ownSumEdges(vnx16s* v, int w, ownBorder rule, vnx8u bval) {
 // reciprocal into an 8u row, or into a row of sums divided afterwards (later()).
 template <class D>
 struct ownSink8u {
-  const ownReciprocal& rc;
+  ownReciprocal rc;  // a copy: 8-bit stores may alias anything the kernel reads through a reference
   vnx16s* sums[2];
   static constexpr bool wide = std::is_same<D, vnx16s>::value;
   bool later() const { return !wide && !(std::is_same<D, vnx8u>::value && rc.exact); }
@@ -90,9 +90,16 @@ struct ownSink8u {
 // 16 columns come first, since the border rule takes the column sums beyond the edges
 // from there.
 template <bool Two, class D, class C1, class R1, class C2, class R2>
-void ownRowPair8u(const vnx8u* const* p, vnx16s* const (*v)[2], D* const* d, int w, ownBorder rule, vnx8u bval,
-                  const ownSink8u<D>& sink, int divisor) {
+void ownRowPair8u(const vnx8u* const* srcRows, vnx16s* const (*sumRows)[2], D* const* outRows, int w, ownBorder rule,
+                  vnx8u bval, const ownSink8u<D>& sinkArg, int divisor) {
   constexpr int nRows = Two ? 2 : 1;
+  // The row pointers in locals: the stores below cannot then change them, so they stay
+  // in registers instead of being reloaded for every vector.
+  const vnx8u* p[C1::k + 1];
+  for (int i = 0; i < (Two ? C1::k + 1 : C1::k); ++i) p[i] = srcRows[i];
+  vnx16s* const v[2][2] = {{sumRows[0][0], sumRows[0][1]}, {sumRows[1][0], sumRows[1][1]}};
+  D* const d[2] = {outRows[0], Two ? outRows[1] : nullptr};
+  const ownSink8u<D> sink = sinkArg;
   auto edges = [&] {
     for (int i = 0; i < nRows; ++i) {
       ownSumEdges<C1>(v[0][i], w, rule, bval);

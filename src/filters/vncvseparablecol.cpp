@@ -75,12 +75,13 @@ void ownColumnRow_sse2(const vnx32f* const* rows, const vnx32f* kern, int k, vnx
                        std::int64_t n, int divisor, ownSum16 sum) {
   __m128 kv[kOwnMaxSimdTaps];
   for (int j = 0; j < k; ++j) kv[j] = _mm_set1_ps(kern[j]);
+  ownNaNWatch nan;  // NaN results settled once the vectors are stored
   std::int64_t x = x0;
   if (k == 3) {
     for (; x + 4 <= n; x += 4) {
       __m128 acc = _mm_mul_ps(kv[0], _mm_loadu_ps(rows[0] + x));
       acc = ownMulAddPs(acc, kv[1], _mm_loadu_ps(rows[1] + x));
-      ownStoreCanonical(dst + x, ownMulAddPs(acc, kv[2], _mm_loadu_ps(rows[2] + x)));
+      nan.store(dst + x, ownMulAddPs(acc, kv[2], _mm_loadu_ps(rows[2] + x)));
     }
   } else if (k == 5) {
     for (; x + 4 <= n; x += 4) {
@@ -88,14 +89,15 @@ void ownColumnRow_sse2(const vnx32f* const* rows, const vnx32f* kern, int k, vnx
       acc = ownMulAddPs(acc, kv[1], _mm_loadu_ps(rows[1] + x));
       acc = ownMulAddPs(acc, kv[2], _mm_loadu_ps(rows[2] + x));
       acc = ownMulAddPs(acc, kv[3], _mm_loadu_ps(rows[3] + x));
-      ownStoreCanonical(dst + x, ownMulAddPs(acc, kv[4], _mm_loadu_ps(rows[4] + x)));
+      nan.store(dst + x, ownMulAddPs(acc, kv[4], _mm_loadu_ps(rows[4] + x)));
     }
   }
   for (; x + 4 <= n; x += 4) {
     __m128 acc = _mm_mul_ps(kv[0], _mm_loadu_ps(rows[0] + x));
     for (int j = 1; j < k; ++j) acc = ownMulAddPs(acc, kv[j], _mm_loadu_ps(rows[j] + x));
-    ownStoreCanonical(dst + x, acc);
+    nan.store(dst + x, acc);
   }
+  nan.settle(dst + x0, x - x0);
   ownColumnRow(rows, kern, k, dst, x, n, divisor, sum);
 }
 

@@ -43,11 +43,12 @@ void ownRowInteriorRow_sse2(const vnx16s* src, vnx16s* dst, const vnx16s* kern, 
 }
 
 // Float interior, four samples at a time, the products added left to right like the
-// template; NaN results made the library's one NaN.
+// template; NaN results made the library's one NaN once the row is stored.
 void ownRowInteriorRow_sse2(const vnx32f* src, vnx32f* dst, const vnx32f* kern, int k, int anchor, int C,
                             std::int64_t s0, std::int64_t n, int divisor, ownSum16 sum) {
   __m128 kv[kOwnMaxSimdTaps];
   for (int i = 0; i < k; ++i) kv[i] = _mm_set1_ps(kern[i]);
+  ownNaNWatch nan;  // NaN results settled once the vectors are stored
   const std::int64_t back = static_cast<std::int64_t>(anchor) * C;
   std::int64_t s = s0;
   if (k == 3) {
@@ -55,7 +56,7 @@ void ownRowInteriorRow_sse2(const vnx32f* src, vnx32f* dst, const vnx32f* kern, 
       const float* p = src + s - back;
       __m128 acc = _mm_mul_ps(kv[0], _mm_loadu_ps(p));
       acc = ownMulAddPs(acc, kv[1], _mm_loadu_ps(p + C));
-      ownStoreCanonical(dst + s, ownMulAddPs(acc, kv[2], _mm_loadu_ps(p + 2 * C)));
+      nan.store(dst + s, ownMulAddPs(acc, kv[2], _mm_loadu_ps(p + 2 * C)));
     }
   } else if (k == 5) {
     for (; s + 4 <= n; s += 4) {
@@ -64,14 +65,15 @@ void ownRowInteriorRow_sse2(const vnx32f* src, vnx32f* dst, const vnx32f* kern, 
       acc = ownMulAddPs(acc, kv[1], _mm_loadu_ps(p + C));
       acc = ownMulAddPs(acc, kv[2], _mm_loadu_ps(p + 2 * C));
       acc = ownMulAddPs(acc, kv[3], _mm_loadu_ps(p + 3 * C));
-      ownStoreCanonical(dst + s, ownMulAddPs(acc, kv[4], _mm_loadu_ps(p + 4 * C)));
+      nan.store(dst + s, ownMulAddPs(acc, kv[4], _mm_loadu_ps(p + 4 * C)));
     }
   }
   for (; s + 4 <= n; s += 4) {
     const float* p = src + s - back;
     __m128 acc = _mm_mul_ps(kv[0], _mm_loadu_ps(p));
     for (int i = 1; i < k; ++i) acc = ownMulAddPs(acc, kv[i], _mm_loadu_ps(p + static_cast<std::int64_t>(i) * C));
-    ownStoreCanonical(dst + s, acc);
+    nan.store(dst + s, acc);
   }
+  nan.settle(dst + s0, s - s0);
   ownRowInteriorRow(src, dst, kern, k, anchor, C, s, n, divisor, sum);
 }
