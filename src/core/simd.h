@@ -266,6 +266,20 @@ inline bool ownSameBytes(__m128i a, __m128i b) { return _mm_movemask_epi8(_mm_cm
 // Signed bytes as order-preserving unsigned ones (s + 128), and |s| read unsigned (|-128| = 128).
 inline __m128i ownOffsetS8(__m128i v) { return _mm_xor_si128(v, _mm_set1_epi8(-128)); }
 inline __m128i ownAbsS8(__m128i v) { return _mm_min_epu8(v, _mm_sub_epi8(_mm_setzero_si128(), v)); }
+// Empty running sums and extremes: zero lanes (integer, float, double) and all-ones lanes.
+inline __m128i ownZeroLanes() { return _mm_setzero_si128(); }
+inline __m128 ownZeroPs() { return _mm_setzero_ps(); }
+inline __m128d ownZeroPd() { return _mm_setzero_pd(); }
+inline __m128i ownOnesLanes() { return _mm_set1_epi32(-1); }
+// Lane-wise sums of 64-bit and of 32-bit unsigned lanes (modulo 2^64, 2^32).
+inline __m128i ownAddU64(__m128i a, __m128i b) { return _mm_add_epi64(a, b); }
+inline __m128i ownAddU32(__m128i a, __m128i b) { return _mm_add_epi32(a, b); }
+// v where the selector k is all-ones, and 0 (or all-ones: the top of unsigned lanes) elsewhere.
+inline __m128i ownKeepLanes(__m128i k, __m128i v) { return _mm_and_si128(v, k); }
+inline __m128i ownKeepOrTop(__m128i k, __m128i v) { return _mm_or_si128(v, _mm_xor_si128(k, ownOnesLanes())); }
+// Two doubles: broadcast and lane-wise difference.
+inline __m128d ownSplatPd(double v) { return _mm_set1_pd(v); }
+inline __m128d ownSubPd(__m128d a, __m128d b) { return _mm_sub_pd(a, b); }
 
 // 16 unsigned 8-bit lanes a vector.
 struct ownLanes8 {

@@ -68,7 +68,7 @@ ownExtremaPart<T> ownPlainExtremaBand(const ownStatArgs<T>& a, int y0, int y1) {
   __m128i curMin = L::splat(p.mn), curMax = L::splat(p.mx);
   for (int y = y0; y < y1; ++y) {
     const Src src{a.row(y)};
-    __m128i lo0 = L::splat(L::kTop), lo1 = lo0, hi0 = _mm_setzero_si128(), hi1 = hi0;
+    __m128i lo0 = L::splat(L::kTop), lo1 = lo0, hi0 = ownZeroLanes(), hi1 = hi0;
     int x = 0;
     for (; x + kStep <= w; x += kStep) {
       const __m128i v0 = src.vec(x), v1 = src.vec(x + L::kPerVec);

@@ -105,9 +105,9 @@ class ownSampleRuns {
 
 // Number of nonzero mask bytes in one row.
 inline int ownCountRow(const vnx8u* m, int n) {
-  __m128i acc = _mm_setzero_si128();
+  __m128i acc = ownZeroLanes();
   int x = 0;
-  for (; x + 16 <= n; x += 16) acc = _mm_add_epi64(acc, ownCountNonzeroBytes(ownLoad(m + x)));
+  for (; x + 16 <= n; x += 16) acc = ownAddU64(acc, ownCountNonzeroBytes(ownLoad(m + x)));
   int c = static_cast<int>(ownSumLanesU64(acc));
   for (; x < n; ++x) c += m[x] != 0;
   return c;

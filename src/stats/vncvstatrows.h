@@ -156,9 +156,9 @@ inline int ownEachLaneVector(const Src& src, const vnx8u* sel, int n, F&& f) {
 template <int What, class Src>
 void ownSumsRow_sse2(const Src& src, const vnx8u* sel, int n, ownIntSums& acc) {
   using L = typename Src::Lanes;
-  __m128i s = _mm_setzero_si128(), q = _mm_setzero_si128();
+  __m128i s = ownZeroLanes(), q = ownZeroLanes();
   const int x = ownEachLaneVector(src, sel, n, [&](__m128i v, __m128i k) {
-    if (sel) v = _mm_and_si128(v, k);
+    if (sel) v = ownKeepLanes(k, v);
     if (What & kOwnSum) s = L::addSum(s, v);
     if (What & kOwnSq) q = L::addSq(q, v);
   });
@@ -191,7 +191,7 @@ void ownSumsRow_sse2(const Src& src, const vnx8u* sel, int n, ownFltSums& acc) {
     x = std::min(x, n);
     ownSumsRow<What>(src, sel, 0, x, acc);
   }
-  __m128d s0 = _mm_setzero_pd(), s1 = s0, q0 = s0, q1 = s0;
+  __m128d s0 = ownZeroPd(), s1 = s0, q0 = s0, q1 = s0;
   x = ownEachVector32f(src, sel, x, n, [&](__m128 v, __m128 k) {
     if (sel) v = ownKeepPs(k, v);  // +0.0 for an unselected sample, whatever it held
     __m128d a, b;
@@ -228,20 +228,20 @@ class ownByteSums {
       pending_ += 2 * vecs;
       for (; x + 64 <= end; x += 64) {
         const __m128i v0 = src.vec(x), v1 = src.vec(x + 16), v2 = src.vec(x + 32), v3 = src.vec(x + 48);
-        s_ = _mm_add_epi64(s_, _mm_add_epi64(_mm_add_epi64(ownSumBytes(v0), ownSumBytes(v1)),
-                                             _mm_add_epi64(ownSumBytes(v2), ownSumBytes(v3))));
+        s_ = ownAddU64(s_, ownAddU64(ownAddU64(ownSumBytes(v0), ownSumBytes(v1)),
+                                     ownAddU64(ownSumBytes(v2), ownSumBytes(v3))));
         __m128i h0, h1, h2, h3;
         const __m128i l0 = ownSquarePairsU8(v0, h0), l1 = ownSquarePairsU8(v1, h1);
         const __m128i l2 = ownSquarePairsU8(v2, h2), l3 = ownSquarePairsU8(v3, h3);
-        q0_ = _mm_add_epi32(q0_, _mm_add_epi32(_mm_add_epi32(l0, l1), _mm_add_epi32(l2, l3)));
-        q1_ = _mm_add_epi32(q1_, _mm_add_epi32(_mm_add_epi32(h0, h1), _mm_add_epi32(h2, h3)));
+        q0_ = ownAddU32(q0_, ownAddU32(ownAddU32(l0, l1), ownAddU32(l2, l3)));
+        q1_ = ownAddU32(q1_, ownAddU32(ownAddU32(h0, h1), ownAddU32(h2, h3)));
       }
       for (; x < end; x += 16) {
         const __m128i v = src.vec(x);
         __m128i h;
-        s_ = _mm_add_epi64(s_, ownSumBytes(v));
-        q0_ = _mm_add_epi32(q0_, ownSquarePairsU8(v, h));
-        q1_ = _mm_add_epi32(q1_, h);
+        s_ = ownAddU64(s_, ownSumBytes(v));
+        q0_ = ownAddU32(q0_, ownSquarePairsU8(v, h));
+        q1_ = ownAddU32(q1_, h);
       }
     }
     ownSumsRow<kOwnSum | kOwnSq>(src, nullptr, x, n, tail_);
@@ -255,11 +255,11 @@ class ownByteSums {
  private:
   void flush() {
     qt_ = ownAddWidenedU32(ownAddWidenedU32(qt_, q0_), q1_);
-    q0_ = q1_ = _mm_setzero_si128();
+    q0_ = q1_ = ownZeroLanes();
     pending_ = 0;
   }
 
-  __m128i s_ = _mm_setzero_si128(), q0_ = _mm_setzero_si128(), q1_ = _mm_setzero_si128(), qt_ = _mm_setzero_si128();
+  __m128i s_ = ownZeroLanes(), q0_ = ownZeroLanes(), q1_ = ownZeroLanes(), qt_ = ownZeroLanes();
   int pending_ = 0;  // squares in each 32-bit lane of q0_ and q1_, at most
   ownIntSums tail_{0, 0};
 };
@@ -275,13 +275,13 @@ void ownDevRow(const Src& src, const vnx8u* sel, int x0, int n, double m, double
 }
 template <class Src>
 void ownDevRow_sse2(const Src& src, const vnx8u* sel, int n, double m, double& acc) {
-  const __m128d mm = _mm_set1_pd(m);
-  __m128d q0 = _mm_setzero_pd(), q1 = q0;
+  const __m128d mm = ownSplatPd(m);
+  __m128d q0 = ownZeroPd(), q1 = q0;
   const int x = ownEachVector32f(src, sel, 0, n, [&](__m128 v, __m128 k) {
     __m128d a, b;
     ownWidenPs(v, a, b);
-    a = _mm_sub_pd(a, mm);
-    b = _mm_sub_pd(b, mm);
+    a = ownSubPd(a, mm);
+    b = ownSubPd(b, mm);
     if (sel) {  // the difference of an unselected sample becomes +0.0
       __m128d ka, kb;
       ownWidenSelector(k, ka, kb);
@@ -306,14 +306,14 @@ V ownMaxRow(const Src& src, const vnx8u* sel, int x0, int n, V m) {
 template <class Src>
 unsigned ownMaxRow_sse2(const Src& src, const vnx8u* sel, int n, unsigned m) {
   using L = typename Src::Lanes;
-  __m128i a = _mm_setzero_si128();
+  __m128i a = ownZeroLanes();
   const int x =
-      ownEachLaneVector(src, sel, n, [&](__m128i v, __m128i k) { a = L::max(a, sel ? _mm_and_si128(v, k) : v); });
+      ownEachLaneVector(src, sel, n, [&](__m128i v, __m128i k) { a = L::max(a, sel ? ownKeepLanes(k, v) : v); });
   return ownMaxRow(src, sel, x, n, std::max(m, L::hmax(a)));
 }
 template <class Src>
 float ownMaxRow_sse2(const Src& src, const vnx8u* sel, int n, float m) {
-  __m128 a = _mm_setzero_ps();
+  __m128 a = ownZeroPs();
   const int x =
       ownEachVector32f(src, sel, 0, n, [&](__m128 v, __m128 k) { a = ownMaxSkipNaN(sel ? ownKeepPs(k, v) : v, a); });
   return ownMaxRow(src, sel, x, n, std::max(m, ownHorizontalMax(a)));
@@ -332,12 +332,11 @@ void ownMinMaxRow(const Src& src, const vnx8u* sel, int x0, int n, V& mn, V& mx)
 template <class Src>
 void ownMinMaxRow_sse2(const Src& src, const vnx8u* sel, int n, unsigned& mn, unsigned& mx) {
   using L = typename Src::Lanes;
-  const __m128i ones = _mm_set1_epi32(-1);
-  __m128i lo = ones, hi = _mm_setzero_si128();
+  __m128i lo = ownOnesLanes(), hi = ownZeroLanes();
   const int x = ownEachLaneVector(src, sel, n, [&](__m128i v, __m128i k) {
     if (sel) {  // an unselected lane is the top value for the minimum and 0 for the maximum
-      lo = L::min(lo, _mm_or_si128(v, _mm_xor_si128(k, ones)));
-      hi = L::max(hi, _mm_and_si128(v, k));
+      lo = L::min(lo, ownKeepOrTop(k, v));
+      hi = L::max(hi, ownKeepLanes(k, v));
     } else {
       lo = L::min(lo, v);
       hi = L::max(hi, v);
@@ -349,7 +348,7 @@ void ownMinMaxRow_sse2(const Src& src, const vnx8u* sel, int n, unsigned& mn, un
 }
 template <class Src>
 void ownMinMaxRow_sse2(const Src& src, const vnx8u* sel, int n, float& mn, float& mx) {
-  const __m128 top = _mm_set1_ps(FLT_MAX), bottom = _mm_set1_ps(-FLT_MAX);
+  const __m128 top = ownSplatPs(FLT_MAX), bottom = ownSplatPs(-FLT_MAX);
   __m128 lo = top, hi = bottom;
   const int x = ownEachVector32f(src, sel, 0, n, [&](__m128 v, __m128 k) {
     if (sel) {  // an unselected sample is the start value of each: never strictly better

@@ -126,20 +126,17 @@ TEST(CheckOrder, NullPointerWinsOverSizeAndSizeOverSteps) {
 
 // ---- band split and runner -------------------------------------------------
 
+// Remainder rows go to the last band; with more bands than rows all rows do.
 TEST(BandSplit, RemainderRowsGoToLastBand) {
-  const ownBandSplit s{10, 4};
-  const int begin[] = {0, 2, 4, 6}, end[] = {2, 4, 6, 10};
-  for (int b = 0; b < 4; ++b) {
-    EXPECT_EQ(s.begin(b), begin[b]);
-    EXPECT_EQ(s.end(b), end[b]);
-  }
-}
-
-TEST(BandSplit, MoreBandsThanRowsLeavesAllRowsToLastBand) {
-  const ownBandSplit s{3, 5};
-  for (int b = 0; b < 4; ++b) EXPECT_EQ(s.end(b) - s.begin(b), 0);
-  EXPECT_EQ(s.begin(4), 0);
-  EXPECT_EQ(s.end(4), 3);
+  const struct {
+    ownBandSplit split;
+    std::vector<int> begin, end;
+  } rows[] = {{{10, 4}, {0, 2, 4, 6}, {2, 4, 6, 10}}, {{3, 5}, {0, 0, 0, 0, 0}, {0, 0, 0, 0, 3}}};
+  for (const auto& r : rows)
+    for (int b = 0; b < r.split.nBands; ++b) {
+      EXPECT_EQ(r.split.begin(b), r.begin[b]) << r.split.height << " rows, band " << b;
+      EXPECT_EQ(r.split.end(b), r.end[b]) << r.split.height << " rows, band " << b;
+    }
 }
 
 // One row a policy and ROI: the bands it gets with 4 threads.

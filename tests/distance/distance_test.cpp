@@ -166,16 +166,6 @@ TEST(DistanceTransform, BandsGiveTheSerialDistances) {
       }
 }
 
-TEST(DistanceTransform, EightBitDistancesSaturateAt255) {
-  vt::Image<vnx8u> src(300, 2), dst(300, 2);
-  src.fill([](int x, int, int) { return x == 0 ? 0 : 1; });
-  const vnx32s m[2] = {1, 1};
-  ASSERT_EQ(vnxStatusOk, vnxiDistanceTransform_3x3_8u_C1R(src.ptr(), src.step(), dst.ptr(), dst.step(), src.size(), m));
-  EXPECT_EQ(254, dst.at(254, 1));
-  EXPECT_EQ(255, dst.at(255, 0));
-  EXPECT_EQ(255, dst.at(299, 1));
-}
-
 TEST(DistanceTransform, StatusesInCheckOrderAndNothingWritten) {
   vt::Image<vnx8u> src(8, 4);
   vt::Image<vnx32f> dst(8, 4);

@@ -234,21 +234,6 @@ TEST(FloodFill, SeedWithTheNewValueReturnsAtOnceAndLeavesTheRecord) {
   EXPECT_EQ(0x5A5A5A5A, r.rect.x);
 }
 
-TEST(FloodFill, RangeLowerBoundClampsAtZeroAndOneRowFillsTheSeedSpan) {
-  vt::Image<vnx8u> img(6, 1, 1);
-  const vnx8u px[6] = {0, 3, 5, 200, 4, 1};
-  img.fill([&](int x, int, int) { return px[x]; });
-  std::vector<vnx8u> buf(1000);
-  vnxiFillRegion r;
-  ASSERT_EQ(vnxStatusOk,
-            vnxiFloodFill_Range4Con_8u_C1IR(img.ptr(), img.step(), img.size(), {1, 0}, 77, 10, 2, &r, buf.data()));
-  const std::vector<vnx8u> want = {77, 77, 77, 200, 4, 1};
-  VT_EXPECT_SAME_SAMPLES(want, img.pixels());
-  EXPECT_EQ(3.0, r.area);
-  EXPECT_EQ(0, r.rect.x);
-  EXPECT_EQ(3, r.rect.width);
-}
-
 TEST(FloodFill, StatusesInCheckOrder) {
   vt::Image<vnx32f> img(4, 3, 3);
   img.fill([](int, int, int) { return 1; });

@@ -132,17 +132,6 @@ TEST(FilterKernels, DivisionRoundsLikeTheExactRuleForEverySum) {
 
 constexpr std::int64_t kLong = (std::int64_t{1} << 30) + 8;
 
-TEST(FilterKernels, MirrorIndicesStayInsideLinesLongerThan2To30) {
-  for (ownBorder rule : {ownBorder::Mirror, ownBorder::MirrorR, ownBorder::Wrap, ownBorder::Replicate}) {
-    for (std::int64_t i : {std::int64_t{-2}, std::int64_t{-1}, kLong, kLong + 1}) {
-      const std::int64_t s = ownBorderIndex(i, kLong, rule);
-      EXPECT_TRUE(s >= 0 && s < kLong) << int(rule) << " " << i;
-    }
-  }
-  EXPECT_EQ(ownBorderIndex(kLong + 1, kLong, ownBorder::Mirror), kLong - 3);
-  EXPECT_EQ(ownBorderIndex(kLong + 1, kLong, ownBorder::MirrorR), kLong - 2);
-}
-
 TEST(FilterKernels, RowPassEdgesOfARowLongerThan2To30ReadOnlyTheRow) {
   if (sizeof(void*) < 8) GTEST_SKIP() << "needs a 64-bit address space";
   // Pages appear only where touched; the source starts right after a protected page.

@@ -61,22 +61,6 @@ TEST(LabelMarkers, MatchesRasterOrderLabelling) {
   }
 }
 
-TEST(LabelMarkers, DiagonalNeighboursAndWrapAround) {
-  std::vector<vnx8u> buf(4096);
-  vt::Image<vnx8u> img(5, 2);
-  auto reset = [&] { img.fill([](int x, int y, int) { return (x == 0 && y == 0) || (x == 1 && y == 1) || x == 4 ? 9 : 0; }); };
-  int count = 0;
-  reset();
-  ASSERT_EQ(vnxStatusOk, vnxiLabelMarkers_8u_C1IR(img.ptr(), img.step(), img.size(), 1, 2, 0, &count, buf.data()));
-  EXPECT_EQ(2, count);
-  reset();
-  ASSERT_EQ(vnxStatusOk, vnxiLabelMarkers_8u_C1IR(img.ptr(), img.step(), img.size(), 1, 2, 1, &count, buf.data()));
-  EXPECT_EQ(3, count);  // raster order of first pixels: (0,0), (4,0), (1,1)
-  EXPECT_EQ(1, img.at(0, 0));
-  EXPECT_EQ(2, img.at(4, 0));
-  EXPECT_EQ(1, img.at(1, 1));
-}
-
 TEST(LabelMarkers, StatusesInCheckOrderAndNothingWritten) {
   vt::Image<vnx8u> img(4, 4);
   img.fill([](int x, int, int) { return x; });

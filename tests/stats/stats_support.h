@@ -40,31 +40,26 @@ AnyImage makeImage(int w, int h, int channels, vt::Guard guard, std::function<T(
   return {tyOf<T>(), img, img->ptr(), img->step(), [raw](int x, int y, int c) { return double(raw->at(x, y, c)); }};
 }
 
-inline AnyImage randomImage(Ty ty, int w, int h, int channels, std::mt19937& rng, vt::Guard guard = vt::Guard::After) {
-  switch (ty) {
-    case Ty::U8:
-      return makeImage<vnx8u>(w, h, channels, guard, [&](int, int, int) { return vt::randomSample<vnx8u>(rng); });
-    case Ty::S8:
-      return makeImage<vnx8s>(w, h, channels, guard, [&](int, int, int) { return vt::randomSample<vnx8s>(rng); });
-    case Ty::U16:
-      return makeImage<vnx16u>(w, h, channels, guard, [&](int, int, int) { return vt::randomSample<vnx16u>(rng); });
-    default:
-      return makeImage<vnx32f>(w, h, channels, guard, [&](int, int, int) { return vt::randomSample<vnx32f>(rng); });
-  }
-}
-
 // An image of any of the four types with samples f(x, y, c), converted to the type.
 inline AnyImage imageOf(Ty ty, int w, int h, int channels, vt::Guard guard, std::function<double(int, int, int)> f) {
   switch (ty) {
-    case Ty::U8:
-      return makeImage<vnx8u>(w, h, channels, guard, [&](int x, int y, int c) { return vnx8u(f(x, y, c)); });
-    case Ty::S8:
-      return makeImage<vnx8s>(w, h, channels, guard, [&](int x, int y, int c) { return vnx8s(f(x, y, c)); });
+    case Ty::U8: return makeImage<vnx8u>(w, h, channels, guard, [&](int x, int y, int c) { return vnx8u(f(x, y, c)); });
+    case Ty::S8: return makeImage<vnx8s>(w, h, channels, guard, [&](int x, int y, int c) { return vnx8s(f(x, y, c)); });
     case Ty::U16:
       return makeImage<vnx16u>(w, h, channels, guard, [&](int x, int y, int c) { return vnx16u(f(x, y, c)); });
-    default:
-      return makeImage<vnx32f>(w, h, channels, guard, [&](int x, int y, int c) { return vnx32f(f(x, y, c)); });
+    default: return makeImage<vnx32f>(w, h, channels, guard, [&](int x, int y, int c) { return vnx32f(f(x, y, c)); });
   }
+}
+// Random samples over the type's whole range (floats: a spread of magnitudes and signs).
+inline AnyImage randomImage(Ty ty, int w, int h, int channels, std::mt19937& rng, vt::Guard guard = vt::Guard::After) {
+  return imageOf(ty, w, h, channels, guard, [&](int, int, int) -> double {
+    switch (ty) {
+      case Ty::U8: return vt::randomSample<vnx8u>(rng);
+      case Ty::S8: return vt::randomSample<vnx8s>(rng);
+      case Ty::U16: return vt::randomSample<vnx16u>(rng);
+      default: return vt::randomSample<vnx32f>(rng);
+    }
+  });
 }
 
 // Masks: all zero, all 255, or random (about a third of the pixels selected, values 1..255).
@@ -93,8 +88,6 @@ inline const std::vector<vnxiSize>& awkwardSizes() {
   return s;
 }
 
-inline double floatSpan(double a) { return std::fabs(a) * 1e-9 + 1e-300; }
-
 // The operands and results of one call of any statistics export, by name. Results
 // are numbered in argument order (mean, deviation; norm; minimum, maximum and their
 // locations); a result whose bit in `wanted` is clear is passed as a null pointer.
@@ -112,6 +105,14 @@ struct Call {
   float f[2] = {-7, -7};
   vnxiPoint p[2] = {{-7, -7}, {-7, -7}};
 };
+
+// A call on one or two sources and an optional mask.
+inline Call callOn(const AnyImage& a, const AnyImage& b, const Mask* mask, vnxiSize r, int coi) {
+  Call c;
+  c.src1 = a.ptr, c.step1 = a.step, c.src2 = b.ptr, c.step2 = b.step, c.roi = r, c.coi = coi;
+  if (mask) c.mask = mask->ptr(), c.maskStep = mask->step();
+  return c;
+}
 
 // One export and what its name says: element type, channels, mask, sources.
 struct Member {

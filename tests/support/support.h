@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <limits>
 #include <random>
 #include <vector>
 
@@ -60,6 +61,17 @@ class Image {
 // Random samples covering the whole range of T (floats: a spread of magnitudes and signs).
 template <class T>
 T randomSample(std::mt19937& rng);
+
+// As randomSample, but one float in eight is special: NaN of either sign, an infinity, -0 or a denormal.
+template <class T>
+T randomSampleOrSpecial(std::mt19937& rng) {
+  if constexpr (std::is_floating_point<T>::value) {
+    const T nan = std::numeric_limits<T>::quiet_NaN(), inf = std::numeric_limits<T>::infinity();
+    const T special[] = {nan, -nan, inf, -inf, T(-0.0), T(1e-40f)};
+    if (rng() % 8 == 0) return special[rng() % 6];
+  }
+  return randomSample<T>(rng);
+}
 
 template <class T>
 void fillRandom(Image<T>& img, std::mt19937& rng) {
