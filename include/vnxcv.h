@@ -1474,7 +1474,8 @@ VNX_API vnxStatus vnxiPyramidLayerUpFree_32f_C3R(vnxiPyramidState* pState) VNX_N
  * pError: RMS of the last differences over the last intersection in grey levels (0 when none).
  * Patches: 8u windows times 128 in 16 bits (the 8u16u Sfs copy with -7), derivatives (sum + 16) >> 5,
  * sums exact in double, error times 0.0078125; 16u and 32f windows as floats in grey levels (the
- * 16u32f and 32f copies), derivatives times 0.03125, sums in double row by row, error unscaled.
+ * 16u32f and 32f copies), derivatives times 0.03125 (the differences across the pixel first, then
+ * 3 (first) + 10 (middle) + 3 (last) in that order), sums in double row by row, error unscaled.
  * Checks: pointers (-8); numFeat, winSize < 1 or winSize other than the state's (-6); maxLev < 0,
  * maxIter < 1 (-5); threshold < 0 or NaN (-5); then, beyond these, maxLev above either record's level
  * count or a state of another type (-5), and per level up to maxLev a null image (-8) or a level step below

@@ -1,5 +1,5 @@
 // libFuzzer harness of the pyramid family: the 5x5 steps, the sub-pixel copies, the
-// layer steps and the flow. The input chooses the member, sizes (0, negative, huge),
+// layer steps (down and up) and the flow. The input chooses the member, sizes (0, negative, huge),
 // steps (too small, odd, negative) and pixel data; images end right before a
 // protected page. Asserts: the status the check order predicts; nothing written on
 // an error; row padding untouched on success; results with three threads equal to
@@ -183,15 +183,29 @@ void fuzzCopy(Reader& r) {
   FZ_ASSERT(whole.paddingIntact());
 }
 
-void fuzzLayer(Reader& r) {
-  const vnxiSize roi{1 + r.pick(60), 1 + r.pick(60)};
-  const float rate = 1.0f + (1 + r.pick(900)) / 100.0f;
-  const int k = 3 + 2 * r.pick(4);
-  std::vector<vnx16s> ker(k);
-  for (vnx16s& t : ker) t = static_cast<vnx16s>(r.pick(41) - 8);
+// An 8u layer state, down or up, for a source of at most maxSide pixels a side, a rate
+// in (1, 10] and an odd kernel of at most maxTaps taps (symmetric or not).
+struct LayerState {
+  vnxiSize roi;
+  float rate;
+  std::vector<vnx16s> ker;
   vnxiPyramidState* st = nullptr;
-  const vnxStatus cs = vnxiPyramidLayerDownInitAlloc_8u_C1R(&st, roi, rate, ker.data(), k, 2);
-  FZ_ASSERT(cs == vnxStatusOk || cs == vnxStatusSymKernelExpected);
+  LayerState(Reader& r, int maxSide, int maxTaps, bool up)
+      : roi{1 + r.pick(maxSide), 1 + r.pick(maxSide)}, rate(1.0f + (1 + r.pick(900)) / 100.0f),
+        ker(3 + 2 * r.pick((maxTaps - 1) / 2)) {
+    for (vnx16s& t : ker) t = static_cast<vnx16s>(r.pick(41) - 8);
+    const vnxStatus cs = (up ? vnxiPyramidLayerUpInitAlloc_8u_C1R : vnxiPyramidLayerDownInitAlloc_8u_C1R)(
+        &st, roi, rate, ker.data(), int(ker.size()), 2);
+    FZ_ASSERT(cs == vnxStatusOk || cs == vnxStatusSymKernelExpected);
+  }
+  ~LayerState() { vnxiPyramidLayerDownFree_8u_C1R(st); }
+};
+
+void fuzzLayer(Reader& r) {
+  const LayerState a(r, 60, 9, false);
+  const vnxiSize roi = a.roi;
+  const float rate = a.rate;
+  const vnxiPyramidState* st = a.st;
   vnxiSize d;
   FZ_ASSERT(vnxiGetPyramidDownROI(roi, &d, rate) == vnxStatusOk);
   Guarded src(roi.width, roi.height, roi.width + 3), d1(d.width, d.height, d.width + 2), d2(d.width, d.height, d.width + 2);
@@ -203,17 +217,108 @@ void fuzzLayer(Reader& r) {
   FZ_ASSERT(d1.paddingIntact() && d1.snapshot() == d2.snapshot());
   const vnxiSize bad{d.width + 1, d.height};
   FZ_ASSERT(vnxiPyramidLayerDown_8u_C1R(src.data(), roi.width + 3, roi, d1.data(), d.width + 2, bad, st) == vnxStatusBadSize);
-  vnxiPyramidLayerDownFree_8u_C1R(st);
+}
+
+// The layer-up step to a destination size around the up range of the source: inside it
+// the serial and banded results agree, outside it the step answers -6 and writes nothing.
+void fuzzLayerUp(Reader& r) {
+  const LayerState a(r, 40, 7, true);
+  const vnxiSize roi = a.roi;
+  const vnxiPyramidState* st = a.st;
+  vnxiSize lo, hi;
+  FZ_ASSERT(vnxiGetPyramidUpROI(roi, &lo, &hi, a.rate) == vnxStatusOk);
+  const vnxiSize d{lo.width - 1 + r.pick(hi.width - lo.width + 3), lo.height - 1 + r.pick(hi.height - lo.height + 3)};
+  const bool inside = d.width >= lo.width && d.width <= hi.width && d.height >= lo.height && d.height <= hi.height;
+  const int dw = d.width > 0 ? d.width : 1, dh = d.height > 0 ? d.height : 1;
+  Guarded src(roi.width, roi.height, roi.width + 1), d1(dw, dh, dw + 2), d2(dw, dh, dw + 2);
+  src.fill(r);
+  const std::vector<unsigned char> before = d1.snapshot();
+  vnxSetNumThreads(1);
+  FZ_ASSERT(vnxiPyramidLayerUp_8u_C1R(src.data(), roi.width + 1, roi, d1.data(), dw + 2, d, st) ==
+            (inside ? vnxStatusOk : vnxStatusBadSize));
+  if (inside) {
+    vnxSetNumThreads(3);
+    FZ_ASSERT(vnxiPyramidLayerUp_8u_C1R(src.data(), roi.width + 1, roi, d2.data(), dw + 2, d, st) == vnxStatusOk);
+    FZ_ASSERT(d1.paddingIntact() && d1.snapshot() == d2.snapshot());
+  } else {
+    FZ_ASSERT(d1.snapshot() == before);
+  }
+}
+
+// The flow on small rate-2 pyramids of fuzzed images (levels from the 5x5 down step,
+// each level ending before a protected page) with fuzzed points, window, level count,
+// iterations and threshold: the status of the check order with nothing written on an
+// error; on success every status at most maxLev + 1, errors finite and not negative,
+// and three threads giving the serial bits.
+void fuzzFlow(Reader& r) {
+  const vnxiSize roi{4 + r.pick(60), 4 + r.pick(60)};
+  const int win = 1 + r.pick(15), callWin = r.pick(10) == 0 ? win + 1 : win;
+  vnxiPyramid* pyr[2] = {};
+  for (vnxiPyramid*& p : pyr) FZ_ASSERT(vnxiPyramidInitAlloc(&p, 3, roi, 2.0f) == vnxStatusOk);
+  const int numFeat = r.pick(12) == 0 ? 0 : 1 + r.pick(40);
+  const int maxLev = r.pick(pyr[0]->level + 2), maxIter = r.pick(12);
+  const float threshold = r.pick(10) == 0 ? -0.5f : r.pick(100) / 1000.0f;
+  std::vector<vnxiPoint32f> prev, start;
+  for (int i = 0; i < numFeat; ++i) {
+    prev.push_back({(r.pick(4 * roi.width + 80) - 40) / 4.0f, (r.pick(4 * roi.height + 80) - 40) / 4.0f});
+    start.push_back({prev.back().x + (r.pick(17) - 8) / 4.0f, prev.back().y + (r.pick(17) - 8) / 4.0f});
+  }
+  std::vector<Guarded*> images;
+  vnx8u buf[4096];
+  for (vnxiPyramid* p : pyr)
+    for (int k = 0; k <= p->level; ++k) {
+      const vnxiSize s = p->pRoi[k];
+      images.push_back(new Guarded(s.width, s.height, s.width + 1));
+      p->pImage[k] = images.back()->data();
+      p->pStep[k] = s.width + 1;
+      if (k == 0)
+        images.back()->fill(r);
+      else
+        FZ_ASSERT(vnxiPyrDown_Gauss5x5_8u_C1R(static_cast<vnx8u*>(p->pImage[k - 1]), p->pStep[k - 1],
+                                              images.back()->data(), p->pStep[k], p->pRoi[k - 1], buf) == vnxStatusOk);
+    }
+  vnxStatus expect = vnxStatusOk;
+  if (numFeat < 1 || callWin != win) expect = vnxStatusBadSize;
+  else if (maxIter < 1 || threshold < 0) expect = vnxStatusBadArg;
+  else if (maxLev > pyr[0]->level) expect = vnxStatusBadArg;  // the records hold fewer levels
+  vnxSetNumThreads(3);
+  vnxiOptFlowPyrLKState* st = nullptr;
+  FZ_ASSERT(vnxiOpticalFlowPyrLKInitAlloc_8u_C1R(&st, roi, win, 0) == vnxStatusOk);
+  const int n = numFeat > 0 ? numFeat : 1;
+  prev.resize(n);
+  start.resize(n);
+  std::vector<vnxiPoint32f> next[2] = {start, start};
+  std::vector<vnx8u> status[2] = {std::vector<vnx8u>(n, 0xEE), std::vector<vnx8u>(n, 0xEE)};
+  std::vector<vnx32f> error[2] = {std::vector<vnx32f>(n, -3.0f), std::vector<vnx32f>(n, -3.0f)};
+  for (int t = 0; t < 2; ++t) {
+    vnxSetNumThreads(t == 0 ? 1 : 3);
+    FZ_ASSERT(vnxiOpticalFlowPyrLK_8u_C1R(pyr[0], pyr[1], prev.data(), next[t].data(), status[t].data(),
+                                          error[t].data(), numFeat, callWin, maxLev, maxIter, threshold, st) == expect);
+  }
+  for (int i = 0; i < n; ++i) {
+    if (expect != vnxStatusOk) {
+      FZ_ASSERT(status[0][i] == 0xEE && error[0][i] == -3.0f && std::memcmp(&next[0][i], &start[i], 8) == 0);
+      continue;
+    }
+    FZ_ASSERT(status[0][i] <= maxLev + 1 && error[0][i] >= 0.0f && error[0][i] < 1e30f);
+    FZ_ASSERT(status[0][i] == status[1][i] && std::memcmp(&error[0][i], &error[1][i], 4) == 0 &&
+              std::memcmp(&next[0][i], &next[1][i], 8) == 0);
+  }
+  vnxiOpticalFlowPyrLKFree_8u_C1R(st);
+  for (vnxiPyramid* p : pyr) vnxiPyramidFree(p);
+  for (Guarded* g : images) delete g;
 }
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   Reader r{data, size};
-  switch (r.pick(3)) {
+  switch (r.pick(5)) {
     case 0: fuzzStep(r); break;
     case 1: fuzzCopy(r); break;
-    default: fuzzLayer(r); break;
+    case 2: fuzzLayer(r); break;
+    case 3: fuzzLayerUp(r); break;
+    default: fuzzFlow(r); break;
   }
   vnxSetNumThreads(1);
   return 0;

@@ -81,3 +81,14 @@ void ownDerivativeRows(ownFixedKernel kernel, int k, const vnx8u* src, int srcSt
                        vnxiSize roi, ownBorder rule, vnx8u value, int y0, int y1, void* scratch);
 void ownDerivativeRows(ownFixedKernel kernel, int k, const vnx32f* src, int srcStep, vnx32f* dst, int dstStep,
                        vnxiSize roi, ownBorder rule, vnx32f value, int y0, int y1, void* scratch);
+
+// ---- Scharr gradients of small patches (pyramids: the optical flow's windows) ----
+// Both Scharr derivatives at rows y0 .. y1, columns x0 .. x1 of a patch of `side`
+// samples a row (the pixels around that rectangle are read), differences first:
+//   dx = 3 (p(x+1, y-1) - p(x-1, y-1)) + 10 (p(x+1, y) - p(x-1, y)) + 3 (p(x+1, y+1) - p(x-1, y+1))
+//   dy = 3 (p(x-1, y+1) - p(x-1, y-1)) + 10 (p(x, y+1) - p(x, y-1)) + 3 (p(x+1, y+1) - p(x+1, y-1))
+// summed in that order and divided by 32 (the taps' weight), so the results are in the
+// patch's units per pixel: 16s patches sum in 32 bits and round, (s + 16) >> 5; float
+// patches multiply by 0.03125. Results go to the same places of dx and dy.
+void ownScharrPatch(const vnx16s* p, int side, int x0, int y0, int x1, int y1, vnx16s* dx, vnx16s* dy);
+void ownScharrPatch(const vnx32f* p, int side, int x0, int y0, int x1, int y1, vnx32f* dx, vnx32f* dy);

@@ -2,10 +2,10 @@
 // the 2 x 2 system over a window cut with the intersecting sub-pixel copy.
 //
 // Patches: 8u windows are copied times 128 into 16 bits (the Sfs copy with -7); 16u
-// and 32f windows are copied to floats in grey levels. Derivatives are the 3 x 3
-// Scharr sums (3 10 3) divided by 32, so they are in the units of the patch per pixel
-// and the solve gives dx, dy in pixels: 8u rounds (sum + 16) >> 5, floats multiply by
-// 0.03125. 8u sums are integer products added exactly in double precision (every sum
+// and 32f windows are copied to floats in grey levels. Derivatives are the filters'
+// Scharr gradients of a patch (3 10 3, divided by 32), so they are in the units of the
+// patch per pixel and the solve gives dx, dy in pixels: 8u rounds (sum + 16) >> 5,
+// floats multiply by 0.03125. 8u sums are integer products added exactly in double precision (every sum
 // stays below 2^53), so their order never shows; float sums run row by row, left to
 // right. The error is the RMS of the last differences: times 0.0078125 for 8u (undoing
 // the 128), as it is for floats.
@@ -14,6 +14,7 @@
 
 #include "alloc.h"
 #include "check.h"
+#include "filters/vncvderivative.h"
 #include "parallel.h"
 #include "pyramids/vncvcopysubpix.h"
 #include "simd.h"
@@ -61,29 +62,6 @@ bool ownFlowWindow(const T* img, int step, vnxiSize roi, int side, float x, floa
                                vnxiSize{side, side}, x, y, 14 - ownFlowType<T>::shift, lo, hi);
   *valid = {lo[0] + 1, lo[1] + 1, hi[0] - 1, hi[1] - 1};
   return lo[0] <= hi[0] && lo[1] <= hi[1];
-}
-
-// The 3 x 3 Scharr derivatives over the valid rectangle:
-//   Ix: -3 0 3 / -10 0 10 / -3 0 3     Iy: -3 -10 -3 / 0 0 0 / 3 10 3
-// divided by 32. Kept in one place so the filters' own bodies can take over.
-template <class P>
-void ownFlowScharr(const P* p, int side, ownFlowRect r, P* ix, P* iy) {
-  for (int y = r.y0; y <= r.y1; ++y)
-    for (int x = r.x0; x <= r.x1; ++x) {
-      auto at = [&](int dx, int dy) {
-        return static_cast<typename std::conditional<std::is_same<P, vnx16s>::value, int, float>::type>(
-            p[(y + dy) * side + x + dx]);
-      };
-      const auto gx = 3 * (at(1, -1) - at(-1, -1)) + 10 * (at(1, 0) - at(-1, 0)) + 3 * (at(1, 1) - at(-1, 1));
-      const auto gy = 3 * (at(-1, 1) - at(-1, -1)) + 10 * (at(0, 1) - at(0, -1)) + 3 * (at(1, 1) - at(1, -1));
-      if constexpr (std::is_same<P, vnx16s>::value) {
-        ix[y * side + x] = static_cast<vnx16s>((gx + 16) >> 5);
-        iy[y * side + x] = static_cast<vnx16s>((gy + 16) >> 5);
-      } else {
-        ix[y * side + x] = gx * 0.03125f;
-        iy[y * side + x] = gy * 0.03125f;
-      }
-    }
 }
 
 struct ownFlowSums {
@@ -194,7 +172,7 @@ void ownFlowPoint(const ownFlowArgs& a, int i, typename ownFlowType<T>::P* scrat
     ownFlowRect valid1, valid2, rect{0, 0, -1, -1}, last{0, 0, -1, -1};
     ownFlowWindow(static_cast<const T*>(a.pyr1->pImage[lev]), a.pyr1->pStep[lev], r1, side,
                   static_cast<float>(a.prev[i].x * f), static_cast<float>(a.prev[i].y * f), p1, &valid1);
-    if (!valid1.empty()) ownFlowScharr(p1, side, valid1, ix, iy);
+    if (!valid1.empty()) ownScharrPatch(p1, side, valid1.x0, valid1.y0, valid1.x1, valid1.y1, ix, iy);
     double pdx = r1.width + r1.height, pdy = pdx, gxx = 0, gxy = 0, gyy = 0;
     for (int it = 0; it < a.maxIter; ++it) {
       if (!ownFlowWindow(static_cast<const T*>(a.pyr2->pImage[lev]), a.pyr2->pStep[lev], r2, side, u, v, p2, &valid2))

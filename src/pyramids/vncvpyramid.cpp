@@ -46,12 +46,109 @@ inline void ownPack16(vnx8s* d, __m128i lo, __m128i hi, ownStoreKind kind = ownS
 
 // Down, 8-bit: eight output columns i .. i + 7 read source columns 2i - 2 .. 2i + 17.
 template <class T>
-inline void ownPyrDownH8At(const T* s, vnx16s* h, std::int64_t i) {
+inline __m128i ownPyrDownH8(const T* s, std::int64_t i) {
   __m128i em, om, e0, o0, e1, o1;
   ownEvenOdd(s + 2 * i - 2, em, om);
   ownEvenOdd(s + 2 * i, e0, o0);
   ownEvenOdd(s + 2 * i + 2, e1, o1);
-  ownStore(h + i, ownTaps5(em, om, e0, o0, e1));
+  return ownTaps5(em, om, e0, o0, e1);
+}
+template <class T>
+inline void ownPyrDownH8At(const T* s, vnx16s* h, std::int64_t i) {
+  ownStore(h + i, ownPyrDownH8(s, i));
+}
+// Down, 32f: four output columns i .. i + 3 read source columns 2i - 2 .. 2i + 9.
+inline __m128 ownPyrDownH4(const vnx32f* s, std::int64_t i) {
+  // five loads, one shuffle each for the even and odd columns: p-2..p1 with p2..p5,
+  // p0..p3 with p4..p7, and p2..p5 with p6..p9 for the even columns shifted by one
+  const vnx32f* p = s + 2 * i;
+  const __m128 a = _mm_loadu_ps(p - 2), b = _mm_loadu_ps(p + 2), c = _mm_loadu_ps(p), d = _mm_loadu_ps(p + 4);
+  const __m128 em = _mm_shuffle_ps(a, b, 0x88), om = _mm_shuffle_ps(a, b, 0xDD);  // p-2 p0 p2 p4, p-1 p1 p3 p5
+  const __m128 e0 = _mm_shuffle_ps(c, d, 0x88), o0 = _mm_shuffle_ps(c, d, 0xDD);  // p0 p2 p4 p6, p1 p3 p5 p7
+  return ownTaps5(em, om, e0, o0, _mm_shuffle_ps(b, _mm_loadu_ps(p + 6), 0x88));  // p2 p4 p6 p8
+}
+
+// The lanes of the two-row down kernel: work samples a vector, the horizontal sums of
+// a source row at outputs i .., and the results of two output rows.
+template <class T>
+struct ownPyrDownLanes {
+  using V = __m128i;
+  static constexpr std::int64_t n = 8;
+  static V h(const T* s, std::int64_t i) { return ownPyrDownH8(s, i); }
+  static V load(const vnx16s* p) { return ownLoad(p); }
+  static void store(vnx16s* p, V v) { ownStore(p, v); }
+  static void out(T* d0, T* d1, V s0, V s1) {
+    constexpr bool u = std::is_same<T, vnx8u>::value;
+    const V r0 = ownRoundShift(s0, 8, u), r1 = ownRoundShift(s1, 8, u);
+    const V p = u ? _mm_packus_epi16(r0, r1) : _mm_packs_epi16(r0, r1);
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(d0), p);
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(d1), _mm_unpackhi_epi64(p, p));
+  }
+};
+template <>
+struct ownPyrDownLanes<vnx32f> {
+  using V = __m128;
+  static constexpr std::int64_t n = 4;
+  static V h(const vnx32f* s, std::int64_t i) { return ownPyrDownH4(s, i); }
+  static V load(const vnx32f* p) { return _mm_loadu_ps(p); }
+  static void store(vnx32f* p, V v) { _mm_storeu_ps(p, v); }
+  static void out(vnx32f* d0, vnx32f* d1, V s0, V s1) {
+    _mm_storeu_ps(d0, _mm_mul_ps(s0, _mm_set1_ps(0.00390625f)));
+    _mm_storeu_ps(d1, _mm_mul_ps(s1, _mm_set1_ps(0.00390625f)));
+  }
+};
+
+// Output rows j and j + 1 at columns k (scalar): the work samples of the four new
+// source rows are formed here, those of rows 2j + 2 .. 2j + 4 kept in fresh.
+template <class T>
+void ownPyrDownPairAt(const T* const* src, std::int64_t width, const typename ownPyrWork<T>::W* const* old,
+                      typename ownPyrWork<T>::W* const* fresh, T* d0, T* d1, std::int64_t k) {
+  using A = typename ownPyrWork<T>::Acc;
+  using W = typename ownPyrWork<T>::W;
+  std::int64_t col[5];  // the columns of the taps, through the border rule once for the four rows
+  for (int t = 0; t < 5; ++t) col[t] = ownPyrDownIndex(2 * k + t - 2, width);
+  W h[4];
+  for (int r = 0; r < 4; ++r) {
+    const T* s = src[r];
+    h[r] = static_cast<W>(ownPyrTaps5<A>(s[col[0]], s[col[1]], s[col[2]], s[col[3]], s[col[4]]));
+    if (r > 0) fresh[r - 1][k] = h[r];
+  }
+  d0[k] = ownPyrResult<T>(ownPyrTaps5<A>(old[0][k], old[1][k], old[2][k], h[0], h[1]), 8);
+  d1[k] = ownPyrResult<T>(ownPyrTaps5<A>(old[2][k], h[0], h[1], h[2], h[3]), 8);
+}
+
+// Two output rows a step: the horizontal sums of the four new source rows stay in
+// registers for both rows (the three rows they share with the next pair are stored),
+// so each work sample is written once and read once more. Whole vectors from column
+// 1 while the source row holds them, the last one ending at the last such column
+// (it redoes a few columns with the same values); column 0 and the one or two
+// columns right of it take the border rule.
+template <class T>
+void ownPyrDownPair(const T* const* src, std::int64_t width, const typename ownPyrWork<T>::W* const* old,
+                    typename ownPyrWork<T>::W* const* fresh, T* d0, T* d1, std::int64_t n) {
+  using L = ownPyrDownLanes<T>;
+  using V = typename L::V;
+  const std::int64_t last = (width - 2 * L::n - 2) / 2;  // 2 last + 2 lanes + 2 <= width
+  std::int64_t i = 1;
+  // the row pointers in locals: the stores could otherwise alias the arrays that hold them
+  const T *s1 = src[0], *s2 = src[1], *s3 = src[2], *s4 = src[3];
+  const auto *o0 = old[0], *o1 = old[1], *o2 = old[2];
+  auto *f2 = fresh[0], *f3 = fresh[1], *f4 = fresh[2];
+  auto step = [=](std::int64_t x) {
+    const V h1 = L::h(s1, x), h2 = L::h(s2, x), h3 = L::h(s3, x), h4 = L::h(s4, x);
+    L::store(f2 + x, h2);
+    L::store(f3 + x, h3);
+    L::store(f4 + x, h4);
+    const V v2 = L::load(o2 + x);
+    L::out(d0 + x, d1 + x, ownTaps5(L::load(o0 + x), L::load(o1 + x), v2, h1, h2), ownTaps5(v2, h1, h2, h3, h4));
+  };
+  if (width >= 2 * L::n + 4) {
+    for (; i < last; i += L::n) step(i);
+    step(last);
+    i = last + L::n;
+  }
+  ownPyrDownPairAt(src, width, old, fresh, d0, d1, 0);
+  for (; i < n; ++i) ownPyrDownPairAt(src, width, old, fresh, d0, d1, i);
 }
 // The columns right of the last whole step take one more step ending at the last
 // vector still inside the row (it redoes a few columns); only the one or two edge
@@ -87,13 +184,25 @@ void ownPyrDownRowV8(const vnx16s* const* r, T* d, std::int64_t n) {
 
 // Up, 8-bit: source columns x .. x + 7 read x - 1 .. x + 8 and give 16 work samples.
 template <class T>
+inline void ownPyrUpH8(const T* s, std::int64_t x, __m128i& w0, __m128i& w1) {
+  const __m128i a = ownWiden8(s + x - 1), b = ownWiden8(s + x), c = ownWiden8(s + x + 1);
+  const __m128i e = _mm_add_epi16(_mm_add_epi16(a, ownTimes6(b)), c), o = _mm_slli_epi16(_mm_add_epi16(b, c), 2);
+  w0 = _mm_unpacklo_epi16(e, o);
+  w1 = _mm_unpackhi_epi16(e, o);
+}
+// Even and odd results of eight work samples from the work rows above, at and below.
+inline void ownPyrUpV8(__m128i a, __m128i b, __m128i c, __m128i& even, __m128i& odd) {
+  even = ownRoundShift(_mm_add_epi16(_mm_add_epi16(a, ownTimes6(b)), c), 6, false);
+  odd = ownRoundShift(_mm_add_epi16(b, c), 4, false);  // (4 (b + c) + 32) >> 6 is (b + c + 8) >> 4
+}
+template <class T>
 void ownPyrUpRowH8(const T* s, std::int64_t width, vnx16s* h) {
   std::int64_t x = 1;
   for (; x + 9 <= width; x += 8) {
-    const __m128i a = ownWiden8(s + x - 1), b = ownWiden8(s + x), c = ownWiden8(s + x + 1);
-    const __m128i e = _mm_add_epi16(_mm_add_epi16(a, ownTimes6(b)), c), o = _mm_slli_epi16(_mm_add_epi16(b, c), 2);
-    ownStore(h + 2 * x, _mm_unpacklo_epi16(e, o));
-    ownStore(h + 2 * x + 8, _mm_unpackhi_epi16(e, o));
+    __m128i w0, w1;
+    ownPyrUpH8(s, x, w0, w1);
+    ownStore(h + 2 * x, w0);
+    ownStore(h + 2 * x + 8, w1);
     if (x + 9 < width && x + 17 > width) x = width - 17;  // the last step ends at the last column but one
   }
   ownPyrUpRowH(s, width, 1, h, 0, 1);  // column 0 and the columns right of the vectors
@@ -107,16 +216,42 @@ void ownPyrUpRowV8(const vnx16s* const* r, T* even, T* odd, std::int64_t n, ownS
   std::int64_t k = 0;
   for (; k + 16 <= n; k += 16) {
     __m128i e[2], o[2];
-    for (int v = 0; v < 2; ++v) {
-      const __m128i a = ownLoad(r[0] + k + 8 * v), b = ownLoad(r[1] + k + 8 * v), c = ownLoad(r[2] + k + 8 * v);
-      e[v] = ownRoundShift(_mm_add_epi16(_mm_add_epi16(a, ownTimes6(b)), c), 6, false);
-      o[v] = ownRoundShift(_mm_add_epi16(b, c), 4, false);  // (4 (b + c) + 32) >> 6 is (b + c + 8) >> 4
-    }
+    for (int v = 0; v < 2; ++v) ownPyrUpV8(ownLoad(r[0] + k + 8 * v), ownLoad(r[1] + k + 8 * v), ownLoad(r[2] + k + 8 * v), e[v], o[v]);
     ownPack16(even + k, e[0], e[1], kind);
     ownPack16(odd + k, o[0], o[1], kind);
     if (k + 16 < n && k + 32 > n) k = n - 32;
   }
   ownPyrUpRowV<T>(r, even, odd, k, n);
+}
+// One source row a step: the work row of the source row below is made in registers for
+// both output rows and stored once, for the next two steps. Whole vectors over source
+// columns 1 .. width - 2, the last one ending there (it redoes a few columns with the
+// same values); the first and last columns take the edge rules.
+template <class T>
+void ownPyrUpStep8(const T* s, std::int64_t width, const vnx16s* above, const vnx16s* at, vnx16s* below, T* even,
+                   T* odd) {
+  auto step = [&](std::int64_t x) {
+    __m128i w[2], e[2], o[2];
+    ownPyrUpH8(s, x, w[0], w[1]);
+    for (int v = 0; v < 2; ++v) {
+      const std::int64_t k = 2 * x + 8 * v;
+      ownStore(below + k, w[v]);
+      ownPyrUpV8(ownLoad(above + k), ownLoad(at + k), w[v], e[v], o[v]);
+    }
+    ownPack16(even + 2 * x, e[0], e[1]);
+    ownPack16(odd + 2 * x, o[0], o[1]);
+  };
+  std::int64_t x = 1;
+  if (width >= 10) {
+    for (; x < width - 9; x += 8) step(x);
+    step(width - 9);
+    x = width - 1;
+  }
+  ownPyrUpRowH(s, width, 1, below, 0, 1);
+  ownPyrUpRowH(s, width, 1, below, x, width);
+  const vnx16s* r[3] = {above, at, below};
+  ownPyrUpRowV<T>(r, even, odd, 0, 2);
+  ownPyrUpRowV<T>(r, even, odd, 2 * x, 2 * width);
 }
 }  // namespace
 
@@ -126,20 +261,26 @@ void ownPyrDownRowH_sse2(const vnx8u* s, std::int64_t width, vnx16s* h, std::int
 void ownPyrDownRowH_sse2(const vnx8s* s, std::int64_t width, vnx16s* h, std::int64_t n) {
   ownPyrDownRowH8(s, width, h, n);
 }
-// Four output columns i .. i + 3 read source columns 2i - 2 .. 2i + 9.
 void ownPyrDownRowH_sse2(const vnx32f* s, std::int64_t width, vnx32f* h, std::int64_t n) {
   std::int64_t i = 1;
   for (; i < n && 2 * i + 10 <= width; i += 4) {
-    // three loads: p-2..p1, p2..p5, p6..p9 give the even and odd columns, shifted by one
-    const vnx32f* p = s + 2 * i;
-    const __m128 a = _mm_loadu_ps(p - 2), b = _mm_loadu_ps(p + 2), c = _mm_loadu_ps(p + 6);
-    const __m128 em = _mm_shuffle_ps(a, b, 0x88), om = _mm_shuffle_ps(a, b, 0xDD);  // p-2 p0 p2 p4, p-1 p1 p3 p5
-    const __m128 e1 = _mm_shuffle_ps(b, c, 0x88), o1 = _mm_shuffle_ps(b, c, 0xDD);  // p2 p4 p6 p8, p3 p5 p7 p9
-    _mm_storeu_ps(h + i, ownTaps5(em, om, _mm_shuffle_ps(em, e1, 0x99), _mm_shuffle_ps(om, o1, 0x99), e1));
+    _mm_storeu_ps(h + i, ownPyrDownH4(s, i));
     if (i + 4 < n && 2 * i + 18 > width && width >= 12 && (width - 10) / 2 > i) i = (width - 10) / 2 - 4;  // last step inside the row
   }
   ownPyrDownRowH(s, width, 1, h, 0, 1 < n ? 1 : n);
   ownPyrDownRowH(s, width, 1, h, i < n ? i : n, n);
+}
+void ownPyrDownPair_sse2(const vnx8u* const* src, std::int64_t width, const vnx16s* const* old, vnx16s* const* fresh,
+                         vnx8u* d0, vnx8u* d1, std::int64_t n) {
+  ownPyrDownPair(src, width, old, fresh, d0, d1, n);
+}
+void ownPyrDownPair_sse2(const vnx8s* const* src, std::int64_t width, const vnx16s* const* old, vnx16s* const* fresh,
+                         vnx8s* d0, vnx8s* d1, std::int64_t n) {
+  ownPyrDownPair(src, width, old, fresh, d0, d1, n);
+}
+void ownPyrDownPair_sse2(const vnx32f* const* src, std::int64_t width, const vnx32f* const* old, vnx32f* const* fresh,
+                         vnx32f* d0, vnx32f* d1, std::int64_t n) {
+  ownPyrDownPair(src, width, old, fresh, d0, d1, n);
 }
 void ownPyrDownRowV_sse2(const vnx16s* const* r, vnx8u* d, std::int64_t n) { ownPyrDownRowV8(r, d, n); }
 void ownPyrDownRowV_sse2(const vnx16s* const* r, vnx8s* d, std::int64_t n) { ownPyrDownRowV8(r, d, n); }
@@ -167,6 +308,14 @@ void ownPyrUpRowH_sse2(const vnx32f* s, std::int64_t width, vnx32f* h) {
   }
   ownPyrUpRowH(s, width, 1, h, 0, 1);
   ownPyrUpRowH(s, width, 1, h, x, width);
+}
+void ownPyrUpStep_sse2(const vnx8u* s, std::int64_t width, const vnx16s* above, const vnx16s* at, vnx16s* below,
+                       vnx8u* even, vnx8u* odd) {
+  ownPyrUpStep8(s, width, above, at, below, even, odd);
+}
+void ownPyrUpStep_sse2(const vnx8s* s, std::int64_t width, const vnx16s* above, const vnx16s* at, vnx16s* below,
+                       vnx8s* even, vnx8s* odd) {
+  ownPyrUpStep8(s, width, above, at, below, even, odd);
 }
 void ownPyrUpRowV_sse2(const vnx16s* const* r, vnx8u* even, vnx8u* odd, std::int64_t n, ownStoreKind kind) {
   ownPyrUpRowV8(r, even, odd, n, kind);

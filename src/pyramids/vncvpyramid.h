@@ -60,21 +60,25 @@ inline T ownPyrResult(vnx32f s, int shift) {
 
 // ---- down ----------------------------------------------------------------------
 
-// Work row of the down step: h[i] for output columns i0 .. n - 1 of a source row of
+// Horizontal sum of the down step at output column i, channel c, of a source row of
 // `width` pixels (the row is read only inside [0, width)).
+template <class T>
+typename ownPyrWork<T>::Acc ownPyrDownAt(const T* s, std::int64_t width, int ch, int c, std::int64_t i) {
+  using A = typename ownPyrWork<T>::Acc;
+  const std::int64_t x = 2 * i;
+  auto p = [&](int k) {
+    const std::int64_t col = (x >= 2 && x + 2 < width) ? x + k - 2 : ownPyrDownIndex(x + k - 2, width);
+    return static_cast<A>(s[col * ch + c]);
+  };
+  return ownPyrTaps5<A>(p(0), p(1), p(2), p(3), p(4));
+}
+// Work row of the down step: h[i] for output columns i0 .. n - 1.
 template <class T>
 void ownPyrDownRowH(const T* s, std::int64_t width, int ch, typename ownPyrWork<T>::W* h, std::int64_t i0,
                     std::int64_t n) {
-  using A = typename ownPyrWork<T>::Acc;
-  for (std::int64_t i = i0; i < n; ++i) {
-    const std::int64_t x = 2 * i;
-    std::int64_t col[5];
-    for (int k = 0; k < 5; ++k) col[k] = (x >= 2 && x + 2 < width) ? x + k - 2 : ownPyrDownIndex(x + k - 2, width);
-    for (int c = 0; c < ch; ++c) {
-      auto p = [&](int k) { return static_cast<A>(s[col[k] * ch + c]); };
-      h[i * ch + c] = static_cast<typename ownPyrWork<T>::W>(ownPyrTaps5<A>(p(0), p(1), p(2), p(3), p(4)));
-    }
-  }
+  for (std::int64_t i = i0; i < n; ++i)
+    for (int c = 0; c < ch; ++c)
+      h[i * ch + c] = static_cast<typename ownPyrWork<T>::W>(ownPyrDownAt(s, width, ch, c, i));
 }
 
 // Output row of the down step from five work rows r[0..4], samples k0 .. n - 1.
@@ -89,6 +93,16 @@ void ownPyrDownRowV(const typename ownPyrWork<T>::W* const* r, T* d, std::int64_
 void ownPyrDownRowH_sse2(const vnx8u* s, std::int64_t width, vnx16s* h, std::int64_t n);
 void ownPyrDownRowH_sse2(const vnx8s* s, std::int64_t width, vnx16s* h, std::int64_t n);
 void ownPyrDownRowH_sse2(const vnx32f* s, std::int64_t width, vnx32f* h, std::int64_t n);
+// Output rows j and j + 1 of a one-channel down step, n samples each, from the work
+// rows of source rows 2j - 2 .. 2j (old[0..2]) and the source rows 2j + 1 .. 2j + 4
+// (src[0..3]); the work rows of source rows 2j + 2 .. 2j + 4 go to fresh[0..2] for the
+// next pair.
+void ownPyrDownPair_sse2(const vnx8u* const* src, std::int64_t width, const vnx16s* const* old, vnx16s* const* fresh,
+                         vnx8u* d0, vnx8u* d1, std::int64_t n);
+void ownPyrDownPair_sse2(const vnx8s* const* src, std::int64_t width, const vnx16s* const* old, vnx16s* const* fresh,
+                         vnx8s* d0, vnx8s* d1, std::int64_t n);
+void ownPyrDownPair_sse2(const vnx32f* const* src, std::int64_t width, const vnx32f* const* old, vnx32f* const* fresh,
+                         vnx32f* d0, vnx32f* d1, std::int64_t n);
 void ownPyrDownRowV_sse2(const vnx16s* const* r, vnx8u* d, std::int64_t n);
 void ownPyrDownRowV_sse2(const vnx16s* const* r, vnx8s* d, std::int64_t n);
 void ownPyrDownRowV_sse2(const vnx32f* const* r, vnx32f* d, std::int64_t n);
@@ -129,6 +143,13 @@ void ownPyrUpRowH_sse2(const vnx32f* s, std::int64_t width, vnx32f* h);
 void ownPyrUpRowV_sse2(const vnx16s* const* r, vnx8u* even, vnx8u* odd, std::int64_t n, ownStoreKind kind);
 void ownPyrUpRowV_sse2(const vnx16s* const* r, vnx8s* even, vnx8s* odd, std::int64_t n, ownStoreKind kind);
 void ownPyrUpRowV_sse2(const vnx32f* const* r, vnx32f* even, vnx32f* odd, std::int64_t n, ownStoreKind kind);
+
+// Output rows 2y and 2y + 1 of a one-channel 8-bit up step from the work rows of source
+// rows y - 1 and y (above, at) and source row y + 1 (s), whose work row goes to below.
+void ownPyrUpStep_sse2(const vnx8u* s, std::int64_t width, const vnx16s* above, const vnx16s* at, vnx16s* below,
+                       vnx8u* even, vnx8u* odd);
+void ownPyrUpStep_sse2(const vnx8s* s, std::int64_t width, const vnx16s* above, const vnx16s* at, vnx16s* below,
+                       vnx8s* even, vnx8s* odd);
 
 // ---- work rows -----------------------------------------------------------------
 

@@ -1,23 +1,51 @@
 // Gaussian pyramid, down step: each source row summed horizontally at its even
-// columns into a work row, then five work rows combined per output row; bands of
-// output rows.
+// columns into a work row, then five work rows combined per output row (one channel:
+// two output rows a step, the work rows of the four new source rows in registers);
+// bands of output rows.
+#include <utility>
+
 #include "check.h"
 #include "parallel.h"
 #include "pyramids/vncvpyramid.h"
 
 namespace {
 
-template <class T, int C>
-void ownPyrDownBand(const T* src, int srcStep, vnxiSize roi, T* dst, int dstStep, int j0, int j1, void* scratch) {
+// One channel: two output rows a step over six work rows, three carried from the
+// pair before (source rows 2j - 2 .. 2j) and three made by the pair; an odd last row
+// of the band takes its two new work rows on their own.
+template <class T>
+void ownPyrDownBand1(const T* src, int srcStep, vnxiSize roi, T* dst, int dstStep, int j0, int j1, void* scratch) {
   using W = typename ownPyrWork<T>::W;
-  const std::int64_t dw = (roi.width >> 1) + (roi.width & 1), n = dw * C;
+  const std::int64_t n = (roi.width >> 1) + (roi.width & 1), stride = ownPyrStride<W>(n);
+  auto srcRow = [&](std::int64_t y) { return ownRow(src, srcStep, static_cast<int>(ownPyrDownIndex(y, roi.height))); };
+  W* slot[6];
+  for (int k = 0; k < 6; ++k) slot[k] = static_cast<W*>(scratch) + k * stride;
+  W** old = slot;
+  W** fresh = slot + 3;
+  for (int k = 0; k < 3; ++k) ownPyrDownRowH_sse2(srcRow(std::int64_t{2} * j0 - 2 + k), roi.width, old[k], n);
+  int j = j0;
+  for (; j + 1 < j1; j += 2) {
+    const std::int64_t y = std::int64_t{2} * j;
+    const T* s[4] = {srcRow(y + 1), srcRow(y + 2), srcRow(y + 3), srcRow(y + 4)};
+    ownPyrDownPair_sse2(s, roi.width, old, fresh, ownRow(dst, dstStep, j), ownRow(dst, dstStep, j + 1), n);
+    std::swap(old, fresh);
+  }
+  if (j < j1) {
+    ownPyrDownRowH_sse2(srcRow(std::int64_t{2} * j + 1), roi.width, fresh[0], n);
+    ownPyrDownRowH_sse2(srcRow(std::int64_t{2} * j + 2), roi.width, fresh[1], n);
+    const W* r[5] = {old[0], old[1], old[2], fresh[0], fresh[1]};
+    ownPyrDownRowV_sse2(r, ownRow(dst, dstStep, j), n);
+  }
+}
+
+// Three channels: each output row from five work rows kept by source row.
+template <class T>
+void ownPyrDownBand3(const T* src, int srcStep, vnxiSize roi, T* dst, int dstStep, int j0, int j1, void* scratch) {
+  using W = typename ownPyrWork<T>::W;
+  const std::int64_t dw = (roi.width >> 1) + (roi.width & 1), n = dw * 3;
   ownPyrRows<W> rows(static_cast<W*>(scratch), ownPyrStride<W>(n), 5);
   auto fill = [&](std::int64_t y, W* r) {
-    const T* s = ownRow(src, srcStep, static_cast<int>(ownPyrDownIndex(y, roi.height)));
-    if constexpr (C == 1)
-      ownPyrDownRowH_sse2(s, roi.width, r, dw);
-    else
-      ownPyrDownRowH(s, roi.width, C, r, 0, dw);
+    ownPyrDownRowH(ownRow(src, srcStep, static_cast<int>(ownPyrDownIndex(y, roi.height))), roi.width, 3, r, 0, dw);
   };
   for (int j = j0; j < j1; ++j) {
     const W* r[5];
@@ -30,10 +58,13 @@ template <class T, int C>
 vnxStatus ownPyrDown_omp(const T* src, int srcStep, T* dst, int dstStep, vnxiSize roi, vnx8u* buffer) {
   using W = typename ownPyrWork<T>::W;
   const vnxiSize dstRoi{(roi.width >> 1) + (roi.width & 1), (roi.height >> 1) + (roi.height & 1)};
-  const std::int64_t perBand = 5 * ownPyrStride<W>(std::int64_t{dstRoi.width} * C) * std::int64_t{sizeof(W)};
+  const std::int64_t perBand = (C == 1 ? 6 : 5) * ownPyrStride<W>(std::int64_t{dstRoi.width} * C) * std::int64_t{sizeof(W)};
   ownPyrScratch scratch(buffer, ownPyrDownBufBytes(roi.width, C), perBand, ownBandCount(dstRoi, kOwnBandsPyramid));
   ownRunBands(ownBandSplit{dstRoi.height, scratch.bands()}, [&](int b, int j0, int j1) {
-    ownPyrDownBand<T, C>(src, srcStep, roi, dst, dstStep, j0, j1, scratch.slice(b));
+    if constexpr (C == 1)
+      ownPyrDownBand1<T>(src, srcStep, roi, dst, dstStep, j0, j1, scratch.slice(b));
+    else
+      ownPyrDownBand3<T>(src, srcStep, roi, dst, dstStep, j0, j1, scratch.slice(b));
   });
   return vnxStatusOk;
 }

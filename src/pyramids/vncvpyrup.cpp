@@ -29,6 +29,26 @@ void ownPyrUpBand(const T* src, int srcStep, vnxiSize roi, T* dst, int dstStep, 
   if (store == ownStoreKind::Streaming) ownStreamFence();
 }
 
+// One 8-bit channel written through the cache: a work row is made once, by the step
+// of the output rows just above it, and kept in a ring of three.
+template <class T>
+void ownPyrUpBand8(const T* src, int srcStep, vnxiSize roi, T* dst, int dstStep, int y0, int y1, void* scratch) {
+  const std::int64_t stride = ownPyrStride<vnx16s>(std::int64_t{2} * roi.width);
+  auto srcRow = [&](std::int64_t y) { return ownRow(src, srcStep, static_cast<int>(ownPyrUpIndex(y, roi.height))); };
+  vnx16s* slot[3] = {static_cast<vnx16s*>(scratch), static_cast<vnx16s*>(scratch) + stride,
+                     static_cast<vnx16s*>(scratch) + 2 * stride};
+  ownPyrUpRowH_sse2(srcRow(std::int64_t{y0} - 1), roi.width, slot[0]);
+  ownPyrUpRowH_sse2(srcRow(y0), roi.width, slot[1]);
+  for (int y = y0; y < y1; ++y) {
+    T* even = ownRow(ownRow(dst, dstStep, y), dstStep, y);  // row 2y without forming 2y in an int
+    ownPyrUpStep_sse2(srcRow(std::int64_t{y} + 1), roi.width, slot[0], slot[1], slot[2], even, ownRow(even, dstStep, 1));
+    vnx16s* done = slot[0];
+    slot[0] = slot[1];
+    slot[1] = slot[2];
+    slot[2] = done;
+  }
+}
+
 template <class T, int C>
 vnxStatus ownPyrUp_omp(const T* src, int srcStep, T* dst, int dstStep, vnxiSize roi, vnx8u* buffer) {
   using W = typename ownPyrWork<T>::W;
@@ -38,6 +58,9 @@ vnxStatus ownPyrUp_omp(const T* src, int srcStep, T* dst, int dstStep, vnxiSize 
   const std::int64_t bytes = std::int64_t{5} * roi.width * roi.height * C * std::int64_t{sizeof(T)};
   const ownStoreKind store = ownStreamOutput(bytes) ? ownStoreKind::Streaming : ownStoreKind::Cached;
   ownRunBands(ownBandSplit{roi.height, scratch.bands()}, [&](int b, int y0, int y1) {
+    if constexpr (C == 1 && sizeof(T) == 1) {
+      if (store == ownStoreKind::Cached) return ownPyrUpBand8<T>(src, srcStep, roi, dst, dstStep, y0, y1, scratch.slice(b));
+    }
     ownPyrUpBand<T, C>(src, srcStep, roi, dst, dstStep, y0, y1, scratch.slice(b), store);
   });
   return vnxStatusOk;
