@@ -78,7 +78,7 @@ void ownCannySuppressRow(const D* dx, const D* dy, const M* up, const M* mid, co
         keep = m > up[x - 1] && m > down[x + 1];
       else
         keep = m > std::max(down[x - 1], up[x + 1]);
-      if (keep) flag = m > high ? kOwnCannySeed : kOwnCannyCandidate;
+      if (keep) flag = m > high ? kOwnCannyEdge : kOwnCannyCandidate;
     }
     map[x] = flag;
   }
@@ -135,7 +135,7 @@ inline __m128i ownSuppress4(const D* dx, const D* dy, const M* up, const M* mid,
   keep = _mm_and_si128(keep, ownGt(m, _mm_setzero_si128(), tag));
   const __m128i seed = _mm_and_si128(keep, ownGt(m, high, tag));
   return _mm_or_si128(_mm_andnot_si128(seed, _mm_and_si128(keep, _mm_set1_epi32(kOwnCannyCandidate))),
-                      _mm_and_si128(seed, _mm_set1_epi32(kOwnCannySeed)));
+                      _mm_and_si128(seed, _mm_set1_epi32(kOwnCannyEdge)));
 }
 
 template <class D, class M>

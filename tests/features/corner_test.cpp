@@ -177,30 +177,4 @@ TEST(CornerEigen, StatusOrderAndSizes) {
   EXPECT_GE(a, 2 * 2000 + 3 * 4 * 112 * 10);
 }
 
-TEST(CornerKernels, VectorRowsMatchTheirTemplates) {
-  std::mt19937 rng(8);
-  vt::forKernelShapes(4, [&](int w, int off, vt::Guard g) {
-    vt::Span<vnx16s> dx(w, off & ~1, g), dy(w, off & ~1, g);
-    for (int x = 0; x < w; ++x) dx[x] = vnx16s(rng()), dy[x] = vnx16s(rng());
-    std::vector<float> p1(3 * (w + 6)), p2(3 * (w + 6));
-    ownCornerProductsRow(dx.data(), dy.data(), p1.data() + 2, p1.data() + w + 8, p1.data() + 2 * w + 14, 0, w, 2);
-    ownCornerProductsRow_sse2(dx.data(), dy.data(), p2.data() + 2, p2.data() + w + 8, p2.data() + 2 * w + 14, w, 2);
-    VT_EXPECT_SAME_SAMPLES(p1, p2);
-    for (int win : {3, 5}) {
-      std::vector<float> h1(w + 1, 1), h2(w + 1, 1);
-      ownBoxRowSums(p1.data() + 2, h1.data(), 0, w, win);
-      ownBoxRowSums_sse2(p1.data() + 2, h2.data(), w, win);
-      VT_EXPECT_SAME_SAMPLES(h1, h2);
-      const float* rows[5] = {p1.data() + 2, p1.data() + w + 8, p1.data() + 2 * w + 14, p1.data() + 3, p1.data() + 4};
-      ownBoxColumnSums(rows, h1.data(), 0, w, win, 1.0f / 9);
-      ownBoxColumnSums_sse2(rows, h2.data(), w, win, 1.0f / 9);
-      VT_EXPECT_SAME_SAMPLES(h1, h2);
-    }
-    std::vector<float> e1(w + 1, 1), e2(w + 1, 1);
-    ownMinEigenRow(p1.data() + 2, p1.data() + w + 8, p1.data() + 2 * w + 14, e1.data(), 0, w, 1.0f / 8160);
-    ownMinEigenRow_sse2(p1.data() + 2, p1.data() + w + 8, p1.data() + 2 * w + 14, e2.data(), w, 1.0f / 8160);
-    VT_EXPECT_SAME_SAMPLES(e1, e2);
-  });
-}
-
 }  // namespace
