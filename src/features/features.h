@@ -26,18 +26,30 @@ constexpr float kOwnTan22 = 0x1.a8279ap-2f, kOwnTan67 = 0x1.3504f4p+1f;
 std::int64_t ownCannyBufferBytes(vnxiSize roi);
 bool ownCannySmallStack(vnxiSize roi);
 // Magnitude rows: m = |dx| + |dy| (16s: on 16 unsigned bits, saturated) where it passes
-// the low test (16s: m > low, 32f: m >= low), 0 elsewhere; columns x0 .. n - 1.
-void ownCannyMagnitudeRow(const vnx16s* dx, const vnx16s* dy, int* m, int x0, int n, int low);
+// the low test (16s: m > low, low from -1 to 65535; 32f: m >= low), 0 elsewhere; columns
+// x0 .. n - 1. The 16s rows hold 16-bit magnitudes, so suppression tests eight at once.
+template <class D>
+struct ownCannyMagnitude;  // the element of a magnitude row
+template <>
+struct ownCannyMagnitude<vnx16s> {
+  using type = vnx16u;
+};
+template <>
+struct ownCannyMagnitude<vnx32f> {
+  using type = vnx32f;
+};
+void ownCannyMagnitudeRow(const vnx16s* dx, const vnx16s* dy, vnx16u* m, int x0, int n, int low);
 void ownCannyMagnitudeRow(const vnx32f* dx, const vnx32f* dy, float* m, int x0, int n, float low);
-void ownCannyMagnitudeRow_sse2(const vnx16s* dx, const vnx16s* dy, int* m, int n, int low);
+void ownCannyMagnitudeRow_sse2(const vnx16s* dx, const vnx16s* dy, vnx16u* m, int n, int low);
 void ownCannyMagnitudeRow_sse2(const vnx32f* dx, const vnx32f* dy, float* m, int n, float low);
 // Suppression of one row: map[x] for x0 .. n - 1 from the magnitude rows above, at and
-// below (columns -1 and n readable), the derivatives and the high threshold.
-template <class D, class M>
+// below (columns -1 and n readable), the derivatives and the high threshold (16s: an int
+// from -1 to 65535).
+template <class D, class M, class T>
 void ownCannySuppressRow(const D* dx, const D* dy, const M* up, const M* mid, const M* down, vnx8u* map, int x0,
-                         int n, M high);
-void ownCannySuppressRow_sse2(const vnx16s* dx, const vnx16s* dy, const int* up, const int* mid, const int* down,
-                              vnx8u* map, int n, int high);
+                         int n, T high);
+void ownCannySuppressRow_sse2(const vnx16s* dx, const vnx16s* dy, const vnx16u* up, const vnx16u* mid,
+                              const vnx16u* down, vnx8u* map, int n, int high);
 void ownCannySuppressRow_sse2(const vnx32f* dx, const vnx32f* dy, const float* up, const float* mid,
                               const float* down, vnx8u* map, int n, float high);
 

@@ -85,18 +85,19 @@ template <class E, class D, class M>
 std::int64_t ownCannySuppressBand(const D* pDx, int dxStep, const D* pDy, int dyStep, vnx8u* pDst, int dstStep,
                                   vnxiSize roi, M low, M high, const ownCannyLayout& lay, char* ring,
                                   std::int64_t ringEntry, ownEdgeEntry<E>* stack, int y0, int y1) {
+  using R = typename ownCannyMagnitude<D>::type;
   const std::int64_t stride = std::int64_t(roi.width) + 6;
-  M* rows[3];
+  R* rows[3];
   for (int k = 0; k < 3; ++k) {
-    M* r = reinterpret_cast<M*>(ring) + k * stride;
-    std::fill(r, r + stride, M(0));
+    R* r = reinterpret_cast<R*>(ring) + k * stride;
+    std::fill(r, r + stride, R(0));
     rows[k] = r + 4;  // column 0; four zero columns to the left keep the row aligned
   }
   auto slot = [&](int y) { return rows[(y + 3) % 3]; };
   auto magnitude = [&](int y) {
-    M* m = slot(y);
+    R* m = slot(y);
     if (y < 0 || y >= roi.height)
-      std::fill(m, m + roi.width, M(0));
+      std::fill(m, m + roi.width, R(0));
     else
       ownCannyMagnitudeRow_sse2(ownRow(pDx, dxStep, y), ownRow(pDy, dyStep, y), m, roi.width, low);
   };
