@@ -52,26 +52,25 @@ struct ownCannyLayout {
 // Bytes of one band's ring of three magnitude rows: columns -4 .. width + 1.
 inline std::int64_t ownCannyRingBytes(int width) { return 3 * (std::int64_t(width) + 6) * 4; }
 
-// Output row from its map row: 255 for the seeds, 0 elsewhere.
-void ownCannySeedRow(const vnx8u* map, vnx8u* d, int n) {
+// Output row from map row r (255 for the seeds, 0 elsewhere) and, given a stack, the
+// row's seeds pushed in order; returns the new top.
+template <class E>
+std::int64_t ownCannySeedRow(const ownCannyLayout& lay, int width, int r, vnx8u* d, ownEdgeEntry<E>* stack,
+                             std::int64_t sp) {
+  const vnx8u* m = lay.map + r * lay.mapStride + 1;
   const __m128i seed = _mm_set1_epi8(static_cast<char>(kOwnCannyEdge));
   int x = 0;
-  for (; x + 16 <= n; x += 16) ownStore(d + x, _mm_cmpeq_epi8(ownLoad(map + x), seed));
-  for (; x < n; ++x) d[x] = map[x] == kOwnCannyEdge ? 255 : 0;
-}
-
-// Pushes the seeds of map row r (columns 1 .. width) in order; returns the new top.
-template <class E>
-std::int64_t ownCannyPushSeeds(const ownCannyLayout& lay, int width, int r, ownEdgeEntry<E>* stack, std::int64_t sp) {
-  const vnx8u* m = lay.map + r * lay.mapStride + 1;
-  const __m128i seedBit = _mm_set1_epi8(static_cast<char>(kOwnCannyEdge));
-  int x = 0;
-  for (; x + 16 <= width; x += 16)
-    for (unsigned bits = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(ownLoad(m + x), seedBit))); bits;
-         bits &= bits - 1)
+  for (; x + 16 <= width; x += 16) {
+    const __m128i eq = _mm_cmpeq_epi8(ownLoad(m + x), seed);
+    ownStore(d + x, eq);
+    if (!stack) continue;
+    for (unsigned bits = static_cast<unsigned>(_mm_movemask_epi8(eq)); bits; bits &= bits - 1)
       stack[sp++] = {static_cast<E>(r), static_cast<E>(x + __builtin_ctz(bits) + 1)};
-  for (; x < width; ++x)
-    if (m[x] == kOwnCannyEdge) stack[sp++] = {static_cast<E>(r), static_cast<E>(x + 1)};
+  }
+  for (; x < width; ++x) {
+    d[x] = m[x] == kOwnCannyEdge ? 255 : 0;
+    if (stack && d[x]) stack[sp++] = {static_cast<E>(r), static_cast<E>(x + 1)};
+  }
   return sp;
 }
 
@@ -112,13 +111,10 @@ std::int64_t ownCannySuppressBand(const D* pDx, int dxStep, const D* pDy, int dy
     mapRow[roi.width] = 0;
     ownCannySuppressRow_sse2(ownRow(pDx, dxStep, y), ownRow(pDy, dyStep, y), slot(y - 1), slot(y), slot(y + 1),
                              mapRow, roi.width, high);
-    ownCannySeedRow(mapRow, ownRow(pDst, dstStep, y), roi.width);
-    if (waiting == y1 && sp + roi.width <= ringEntry)
-      sp = ownCannyPushSeeds(lay, roi.width, y + 1, stack, sp);
-    else if (waiting == y1)
-      waiting = y;
+    if (waiting == y1 && sp + roi.width > ringEntry) waiting = y;
+    sp = ownCannySeedRow(lay, roi.width, y + 1, ownRow(pDst, dstStep, y), waiting == y1 ? stack : nullptr, sp);
   }
-  for (int y = waiting; y < y1; ++y) sp = ownCannyPushSeeds(lay, roi.width, y + 1, stack, sp);
+  for (int y = waiting; y < y1; ++y) sp = ownCannySeedRow(lay, roi.width, y + 1, ownRow(pDst, dstStep, y), stack, sp);
   return sp;
 }
 
