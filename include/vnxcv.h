@@ -1151,8 +1151,11 @@ VNX_API vnxStatus vnxiGradientColorToGray_32f_C3C1R(const vnx32f* pSrc, int srcS
  * vnxiCannyGetSize: null (-8), width or height below 1 (-6); 5*(w+2)*(h+2) + 16*w + 160
  * when w+2 and h+2 are below 65535 (16-bit stack entries), else 9*(w+2)*(h+2) + 16*w + 160
  * (32-bit entries); the same size serves both members. A buffer smaller than that is not
- * detected. Magnitude and suppression run in parallel bands of rows (at least 32 rows and
- * 64K pixels a thread); seeds and hysteresis then run on the calling thread, so the map is
+ * detected. The map is the set of candidates 8-connected to a seed, which no order of
+ * pushes and pops changes, and the stack never overflows (each pixel is pushed at most
+ * once), so the work runs in parallel bands of rows (at least 32 rows and 64K pixels a
+ * thread): each band suppresses its rows and grows its own seeds within them, then the
+ * calling thread continues the edges that cross from one band into the next. The map is
  * the serial one for every thread count. */
 VNX_API vnxStatus vnxiCannyGetSize(vnxiSize roiSize, int* pBufferSize) VNX_NOEXCEPT;
 VNX_API vnxStatus vnxiCanny_16s8u_C1R(const vnx16s* pSrcDx, int srcDxStep, const vnx16s* pSrcDy, int srcDyStep,
@@ -1223,7 +1226,8 @@ VNX_API vnxStatus vnxiHoughLine_8u32f_C1R(const vnx8u* pSrc, int srcStep, vnxiSi
  * below 1 (-6); srcStep below width samples, dstStep below 4*width (MinEigenVal) or
  * 24*width (EigenValsVecs) (-14); dstStep (and for 32f srcStep) not a multiple of 4
  * (-108); kernType not 0 or 1 (-5); apertureSize not 3 or 5, or Scharr with 5 (-6);
- * avgWindow not 3 or 5 (-6, not -33). A failing derivative filter's status is returned.
+ * avgWindow not 3 or 5 (-6, not -33). The derivatives come from the filters' own band
+ * bodies, which cannot fail once these checks pass.
  * GetBufferSize (one function for both measures of a source type): null (-8), width or
  * height below 1 (-6), apertureSize not 3 or 5 (-6), avgWindow not 3 or 5 (-6); reports
  * 2*P + 3*Q*(threads > 1 ? 2 : 1) + threads*B + F + 32 with P the dx or dy plane

@@ -15,46 +15,60 @@ template <class T>
 void ownGradientColorRow(const T* src, T* dst, int x0, int n, ownColorNorm norm);
 
 // Canny. The work buffer: a candidate map of (w + 2) x (h + 2) bytes (0x80 marks a pixel
-// kept by suppression above the low threshold and not yet in the output, 0x40 a seed,
-// kept above the high threshold and already 255 in the output; the outer ring is never
-// marked), an edge stack of (row, column) entries in
+// kept by suppression above the low threshold and not yet in the output, 0x40 a pixel
+// already 255 in the output: a seed, kept above the high threshold, or a candidate the
+// hysteresis reached; the outer ring is never marked), an edge stack of (row, column) entries in
 // map coordinates, 16-bit fields while w + 2 and h + 2 are below 65535, and a ring of
 // magnitude rows of w + 6 elements (32-bit integers for 16s, floats for 32f).
-constexpr vnx8u kOwnCannyCandidate = 0x80, kOwnCannySeed = 0x40;
+constexpr vnx8u kOwnCannyCandidate = 0x80, kOwnCannyEdge = 0x40;
 // tan 22.5 and tan 67.5 degrees as the suppression uses them (bits 0x3ED413CD, 0x401A827A).
 constexpr float kOwnTan22 = 0x1.a8279ap-2f, kOwnTan67 = 0x1.3504f4p+1f;
 std::int64_t ownCannyBufferBytes(vnxiSize roi);
 bool ownCannySmallStack(vnxiSize roi);
 // Magnitude rows: m = |dx| + |dy| (16s: on 16 unsigned bits, saturated) where it passes
-// the low test (16s: m > low, 32f: m >= low), 0 elsewhere; columns x0 .. n - 1.
-void ownCannyMagnitudeRow(const vnx16s* dx, const vnx16s* dy, int* m, int x0, int n, int low);
+// the low test (16s: m > low, low from -1 to 65535; 32f: m >= low), 0 elsewhere; columns
+// x0 .. n - 1. The 16s rows hold 16-bit magnitudes, so suppression tests eight at once.
+template <class D>
+struct ownCannyMagnitude;  // the element of a magnitude row
+template <>
+struct ownCannyMagnitude<vnx16s> {
+  using type = vnx16u;
+};
+template <>
+struct ownCannyMagnitude<vnx32f> {
+  using type = vnx32f;
+};
+void ownCannyMagnitudeRow(const vnx16s* dx, const vnx16s* dy, vnx16u* m, int x0, int n, int low);
 void ownCannyMagnitudeRow(const vnx32f* dx, const vnx32f* dy, float* m, int x0, int n, float low);
-void ownCannyMagnitudeRow_sse2(const vnx16s* dx, const vnx16s* dy, int* m, int n, int low);
+void ownCannyMagnitudeRow_sse2(const vnx16s* dx, const vnx16s* dy, vnx16u* m, int n, int low);
 void ownCannyMagnitudeRow_sse2(const vnx32f* dx, const vnx32f* dy, float* m, int n, float low);
 // Suppression of one row: map[x] for x0 .. n - 1 from the magnitude rows above, at and
-// below (columns -1 and n readable), the derivatives and the high threshold.
-template <class D, class M>
+// below (columns -1 and n readable), the derivatives and the high threshold (16s: an int
+// from -1 to 65535).
+template <class D, class M, class T>
 void ownCannySuppressRow(const D* dx, const D* dy, const M* up, const M* mid, const M* down, vnx8u* map, int x0,
-                         int n, M high);
-void ownCannySuppressRow_sse2(const vnx16s* dx, const vnx16s* dy, const int* up, const int* mid, const int* down,
-                              vnx8u* map, int n, int high);
+                         int n, T high);
+void ownCannySuppressRow_sse2(const vnx16s* dx, const vnx16s* dy, const vnx16u* up, const vnx16u* mid,
+                              const vnx16u* down, vnx8u* map, int n, int high);
 void ownCannySuppressRow_sse2(const vnx32f* dx, const vnx32f* dy, const float* up, const float* mid,
                               const float* down, vnx8u* map, int n, float high);
 
-// Hough lines. Gathered points: for each ROI row with non-zero pixels, its y, its count
-// and the x of each, in raster order. Votes of one theta row: the rho index of every
-// point, rounded to nearest (ties to even) from float(x) * cos + (float(y) * sin), plus
-// `offset`, clamped to the row's counters 0 .. nCounters - 1 (the ring row starts two
-// counters before rho index 0).
-struct ownHoughRowPoints {
-  const std::int32_t* xs;
-  int count;
-  int y;
+// Hough lines. Gathered points: x | y << ownHoughShift(width) for every non-zero pixel,
+// in raster order. Votes of a theta row: the rho index of every point, rounded to
+// nearest (ties to even) from float(x) * cos + float(y) * sin (each product in float),
+// plus `offset`, clamped to the row's counters 0 .. nCounters - 1 (the ring row starts
+// two counters before rho index 0) unless no index can leave them.
+int ownHoughShift(int width);
+struct ownHoughTheta {
+  float cosT;         // cos(theta) / rhoStep
+  float sinT;         // sin(theta) / rhoStep
+  std::int32_t* acc;  // the ring row's counters
 };
-void ownHoughVoteRow(const std::int32_t* xs, int x0, int n, float ysin, float cosT, int offset, int nCounters,
-                     std::int32_t* acc);
-void ownHoughVoteRow_sse2(const std::int32_t* xs, int n, float ysin, float cosT, int offset, int nCounters,
-                          std::int32_t* acc);
+// Two theta rows at once; InRange leaves the clamp out.
+enum class ownHoughIndex { Clamped, InRange };
+template <ownHoughIndex kIndex>
+void ownHoughVotePair_sse2(const std::uint32_t* points, int n, int shift, const ownHoughTheta& a,
+                           const ownHoughTheta& b, int offset, int nCounters);
 // Derived counts: nRho = (2 * (w + h) + 1) / rhoStep in float, nTheta = pi / thetaStep in
 // double, both truncated; a count past the int range is INT32_MIN (the processor's
 // out-of-range conversion), which the size query wraps as 32-bit arithmetic.
@@ -76,11 +90,9 @@ void ownBoxRowSums_sse2(const float* p, float* h, int n, int window);
 // m[x] = (((rows[0][x] + rows[1][x]) + ...) + rows[window - 1][x]) * scale.
 void ownBoxColumnSums(const float* const* rows, float* m, int x0, int n, int window, float scale);
 void ownBoxColumnSums_sse2(const float* const* rows, float* m, int n, int window, float scale);
-// Smaller eigenvalue from the box means with the half scale h = s / 2 applied first:
-// a = mxx * h, b = mxy * h, c = myy * h, l2 = (a + c) - sqrt((a - c) * (a - c) + 4 * (b * b)).
-void ownMinEigenRow(const float* mxx, const float* mxy, const float* myy, float* dst, int x0, int n, float half);
-void ownMinEigenRow_sse2(const float* mxx, const float* mxy, const float* myy, float* dst, int n, float half);
-// The box means and the smaller eigenvalue in one pass over the rows of box sums.
+// The box means and the smaller eigenvalue in one pass over the rows of box sums, the
+// half scale h = s / 2 applied first: a = mxx * h, b = mxy * h, c = myy * h,
+// l2 = (a + c) - sqrt((a - c) * (a - c) + 4 * (b * b)).
 void ownMinEigenColumns(const float* const* xx, const float* const* xy, const float* const* yy, float* dst, int x0,
                         int n, int window, float boxScale, float half);
 void ownMinEigenColumns_sse2(const float* const* xx, const float* const* xy, const float* const* yy, float* dst,

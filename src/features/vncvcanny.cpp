@@ -1,6 +1,7 @@
 // Canny edge detector on precomputed derivatives: magnitude with the low test,
-// non-maximum suppression into a candidate map (in parallel bands), seeds in raster
-// order, then last-in-first-out hysteresis over 8-connected candidates.
+// non-maximum suppression into a candidate map, seeds in raster order and last-in-
+// first-out hysteresis over 8-connected candidates, all in parallel bands of rows; the
+// edges that cross from band to band are continued on the calling thread.
 #include <algorithm>
 #include <cstring>
 
@@ -51,36 +52,58 @@ struct ownCannyLayout {
 // Bytes of one band's ring of three magnitude rows: columns -4 .. width + 1.
 inline std::int64_t ownCannyRingBytes(int width) { return 3 * (std::int64_t(width) + 6) * 4; }
 
-// Rows y0 .. y1 - 1 of the map: the band computes magnitudes of rows y0 - 1 .. y1 (0
-// beyond the ROI, columns beyond it are 0 too) into its ring and suppresses row by row.
-// Output row from its map row: 255 for the seeds, 0 elsewhere.
-void ownCannySeedRow(const vnx8u* map, vnx8u* d, int n) {
-  const __m128i seed = _mm_set1_epi8(static_cast<char>(kOwnCannySeed));
+// Output row from map row r (255 for the seeds, 0 elsewhere) and, given a stack, the
+// row's seeds pushed in order; returns the new top.
+template <class E>
+std::int64_t ownCannySeedRow(const ownCannyLayout& lay, int width, int r, vnx8u* d, ownEdgeEntry<E>* stack,
+                             std::int64_t sp) {
+  const vnx8u* m = lay.map + r * lay.mapStride + 1;
+  const __m128i seed = _mm_set1_epi8(static_cast<char>(kOwnCannyEdge));
   int x = 0;
-  for (; x + 16 <= n; x += 16) ownStore(d + x, _mm_cmpeq_epi8(ownLoad(map + x), seed));
-  for (; x < n; ++x) d[x] = map[x] == kOwnCannySeed ? 255 : 0;
+  for (; x + 16 <= width; x += 16) {
+    const __m128i eq = _mm_cmpeq_epi8(ownLoad(m + x), seed);
+    ownStore(d + x, eq);
+    if (!stack) continue;
+    for (unsigned bits = static_cast<unsigned>(_mm_movemask_epi8(eq)); bits; bits &= bits - 1)
+      stack[sp++] = {static_cast<E>(r), static_cast<E>(x + __builtin_ctz(bits) + 1)};
+  }
+  for (; x < width; ++x) {
+    d[x] = m[x] == kOwnCannyEdge ? 255 : 0;
+    if (stack && d[x]) stack[sp++] = {static_cast<E>(r), static_cast<E>(x + 1)};
+  }
+  return sp;
 }
 
-template <class D, class M>
-void ownCannyBand(const D* pDx, int dxStep, const D* pDy, int dyStep, vnx8u* pDst, int dstStep, vnxiSize roi, M low,
-                  M high, const ownCannyLayout& lay, char* ring, int y0, int y1) {
+// Rows y0 .. y1 - 1 of the map: the band computes magnitudes of rows y0 - 1 .. y1 (0
+// beyond the ROI, columns beyond it are 0 too) into its ring, suppresses row by row and
+// pushes each row's seeds while its map row is at hand, in raster order. The ring may
+// lie at the end of the band's stack, from entry ringEntry on: a row whose seeds could
+// reach it waits, with every row after it, until the ring is no longer needed. Returns
+// the stack top.
+template <class E, class D, class M>
+std::int64_t ownCannySuppressBand(const D* pDx, int dxStep, const D* pDy, int dyStep, vnx8u* pDst, int dstStep,
+                                  vnxiSize roi, M low, M high, const ownCannyLayout& lay, char* ring,
+                                  std::int64_t ringEntry, ownEdgeEntry<E>* stack, int y0, int y1) {
+  using R = typename ownCannyMagnitude<D>::type;
   const std::int64_t stride = std::int64_t(roi.width) + 6;
-  M* rows[3];
+  R* rows[3];
   for (int k = 0; k < 3; ++k) {
-    M* r = reinterpret_cast<M*>(ring) + k * stride;
-    std::fill(r, r + stride, M(0));
+    R* r = reinterpret_cast<R*>(ring) + k * stride;
+    std::fill(r, r + stride, R(0));
     rows[k] = r + 4;  // column 0; four zero columns to the left keep the row aligned
   }
   auto slot = [&](int y) { return rows[(y + 3) % 3]; };
   auto magnitude = [&](int y) {
-    M* m = slot(y);
+    R* m = slot(y);
     if (y < 0 || y >= roi.height)
-      std::fill(m, m + roi.width, M(0));
+      std::fill(m, m + roi.width, R(0));
     else
       ownCannyMagnitudeRow_sse2(ownRow(pDx, dxStep, y), ownRow(pDy, dyStep, y), m, roi.width, low);
   };
   magnitude(y0 - 1);
   magnitude(y0);
+  std::int64_t sp = 0;
+  int waiting = y1;  // the first row whose seeds wait for the ring to go
   for (int y = y0; y < y1; ++y) {
     magnitude(y + 1);
     vnx8u* mapRow = lay.map + (y + 1) * lay.mapStride + 1;
@@ -88,50 +111,105 @@ void ownCannyBand(const D* pDx, int dxStep, const D* pDy, int dyStep, vnx8u* pDs
     mapRow[roi.width] = 0;
     ownCannySuppressRow_sse2(ownRow(pDx, dxStep, y), ownRow(pDy, dyStep, y), slot(y - 1), slot(y), slot(y + 1),
                              mapRow, roi.width, high);
-    ownCannySeedRow(mapRow, ownRow(pDst, dstStep, y), roi.width);
+    if (waiting == y1 && sp + roi.width > ringEntry) waiting = y;
+    sp = ownCannySeedRow(lay, roi.width, y + 1, ownRow(pDst, dstStep, y), waiting == y1 ? stack : nullptr, sp);
   }
-}
-
-// Seeds in raster order (their output bytes are 255 already, every other output byte 0).
-template <class E>
-std::int64_t ownCannySeeds(const ownCannyLayout& lay, vnxiSize roi) {
-  ownEdgeEntry<E>* stack = reinterpret_cast<ownEdgeEntry<E>*>(lay.stack);
-  std::int64_t sp = 0;
-  const __m128i seedBit = _mm_set1_epi8(static_cast<char>(kOwnCannySeed));
-  for (int y = 0; y < roi.height; ++y) {
-    const vnx8u* m = lay.map + (y + 1) * lay.mapStride + 1;
-    auto push = [&](int x) { stack[sp++] = {static_cast<E>(y + 1), static_cast<E>(x + 1)}; };
-    int x = 0;
-    for (; x + 16 <= roi.width; x += 16)
-      for (unsigned bits = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(ownLoad(m + x), seedBit))); bits;
-           bits &= bits - 1)
-        push(x + __builtin_ctz(bits));
-    for (; x < roi.width; ++x)
-      if (m[x] == kOwnCannySeed) push(x);
-  }
+  for (int y = waiting; y < y1; ++y) sp = ownCannySeedRow(lay, roi.width, y + 1, ownRow(pDst, dstStep, y), stack, sp);
   return sp;
 }
 
 // Pops the top entry and visits upper-left, upper, upper-right, left, right, lower-left,
-// lower, lower-right: a candidate not yet in the output becomes 255 and is pushed.
-// Clearing its candidate flag stands for "output still 0" (seeds never had it), so each
-// pixel is pushed once.
+// lower, lower-right: a candidate not yet in the output becomes 255 and is pushed. Its
+// map byte turns from candidate to edge, so each pixel is pushed once and the stack
+// never holds more entries than the map has pixels. Only map rows rLo .. rHi are
+// visited: a band grows its edges inside its own rows.
 template <class E>
-void ownCannyHysteresis(const ownCannyLayout& lay, std::int64_t sp, vnx8u* pDst, int dstStep) {
-  ownEdgeEntry<E>* stack = reinterpret_cast<ownEdgeEntry<E>*>(lay.stack);
+void ownCannyGrow(const ownCannyLayout& lay, ownEdgeEntry<E>* stack, std::int64_t sp, int rLo, int rHi, vnx8u* pDst,
+                  int dstStep) {
   const std::int64_t s = lay.mapStride;
   const std::int64_t offs[8] = {-s - 1, -s, -s + 1, -1, 1, s - 1, s, s + 1};
   const int dys[8] = {-1, -1, -1, 0, 0, 1, 1, 1}, dxs[8] = {-1, 0, 1, -1, 1, -1, 0, 1};
   while (sp > 0) {
     const ownEdgeEntry<E> e = stack[--sp];
     vnx8u* p = lay.map + e.row * s + e.col;
+    const bool inner = int(e.row) > rLo && int(e.row) < rHi;
     for (int k = 0; k < 8; ++k) {
-      if (!(p[offs[k]] & kOwnCannyCandidate)) continue;
-      p[offs[k]] = 0;
       const int r = int(e.row) + dys[k], c = int(e.col) + dxs[k];
+      if (!inner && (r < rLo || r > rHi)) continue;  // another band's row: not even read
+      if (!(p[offs[k]] & kOwnCannyCandidate)) continue;
+      p[offs[k]] = kOwnCannyEdge;
       ownRow(pDst, dstStep, r - 1)[c - 1] = 255;
       stack[sp++] = {static_cast<E>(r), static_cast<E>(c)};
     }
+  }
+}
+
+// Where two bands meet (ROI rows y - 1 and y): every edge pixel on one side pushes its
+// candidates on the other side, which the bands could not reach; the pushed pixels then
+// grow over the whole map.
+template <class E>
+std::int64_t ownCannySeam(const ownCannyLayout& lay, int width, int y, vnx8u* pDst, int dstStep,
+                          ownEdgeEntry<E>* stack, std::int64_t sp) {
+  for (int side = 0; side < 2; ++side) {
+    const int from = side == 0 ? y : y + 1, to = side == 0 ? y + 1 : y;  // map rows
+    const vnx8u* a = lay.map + from * lay.mapStride;
+    vnx8u* b = lay.map + to * lay.mapStride;
+    for (int c = 1; c <= width; ++c) {
+      if (a[c] != kOwnCannyEdge) continue;
+      for (int d = c - 1; d <= c + 1; ++d) {
+        if (!(b[d] & kOwnCannyCandidate)) continue;
+        b[d] = kOwnCannyEdge;
+        ownRow(pDst, dstStep, to - 1)[d - 1] = 255;
+        stack[sp++] = {static_cast<E>(to), static_cast<E>(d)};
+      }
+    }
+  }
+  return sp;
+}
+
+// Where a band keeps its ring of magnitude rows: after the stack (a serial run), or at
+// the end of the band's own part of the stack (bands running at once).
+enum class ownCannyRing { AfterStack, EndOfBandStack };
+
+// A band: suppression of its rows with its seeds in raster order, grown inside its
+// rows, on its own part of the stack (the entries of its map rows: a band pushes each of
+// its pixels at most once).
+template <class E, class D, class M>
+void ownCannyBand(const D* pDx, int dxStep, const D* pDy, int dyStep, vnx8u* pDst, int dstStep, vnxiSize roi, M low,
+                  M high, const ownCannyLayout& lay, ownCannyRing where, int y0, int y1) {
+  ownEdgeEntry<E>* stack = reinterpret_cast<ownEdgeEntry<E>*>(lay.stack) + y0 * lay.mapStride;
+  std::int64_t ringEntry = INT64_MAX;
+  char* ring = lay.ring;
+  if (where == ownCannyRing::EndOfBandStack) {
+    const std::int64_t entries = (y1 - y0) * lay.mapStride, e = sizeof(ownEdgeEntry<E>);
+    ringEntry = entries - (ownCannyRingBytes(roi.width) + e - 1) / e;
+    ring = reinterpret_cast<char*>(stack + ringEntry);
+  }
+  const std::int64_t sp = ownCannySuppressBand(pDx, dxStep, pDy, dyStep, pDst, dstStep, roi, low, high, lay, ring,
+                                               ringEntry, stack, y0, y1);
+  ownCannyGrow(lay, stack, sp, y0 + 1, y1, pDst, dstStep);
+}
+
+// The edge map is the set of candidates 8-connected to a seed, whatever order they are
+// found in, and no stack can overflow (each pixel is pushed once): the bands grow their
+// own seeds, then the seams continue the edges that cross from one band to the next.
+template <class E, class D, class M>
+void ownCannyRun(const D* pDx, int dxStep, const D* pDy, int dyStep, vnx8u* pDst, int dstStep, vnxiSize roi, M low,
+                 M high, const ownCannyLayout& lay) {
+  int nBands = ownBandCount(roi, kOwnBandsCanny);
+  if (nBands > 1 &&
+      (roi.height / nBands) * lay.mapStride * std::int64_t(sizeof(ownEdgeEntry<E>)) < 2 * ownCannyRingBytes(roi.width))
+    nBands = 1;  // a band's stack must hold its ring
+  const ownBandSplit split{roi.height, nBands};
+  const ownCannyRing where = nBands > 1 ? ownCannyRing::EndOfBandStack : ownCannyRing::AfterStack;
+  ownRunBands(split, [&](int, int y0, int y1) {
+    ownCannyBand<E>(pDx, dxStep, pDy, dyStep, pDst, dstStep, roi, low, high, lay, where, y0, y1);
+  });
+  ownEdgeEntry<E>* stack = reinterpret_cast<ownEdgeEntry<E>*>(lay.stack);
+  for (int b = 1; b < nBands; ++b) {
+    const int y = split.begin(b);
+    if (y <= 0 || y >= roi.height) continue;
+    ownCannyGrow(lay, stack, ownCannySeam(lay, roi.width, y, pDst, dstStep, stack, 0), 1, roi.height, pDst, dstStep);
   }
 }
 
@@ -141,18 +219,10 @@ void ownCanny(const D* pDx, int dxStep, const D* pDy, int dyStep, vnx8u* pDst, i
   const ownCannyLayout lay(pBuffer, roi);
   std::memset(lay.map, 0, static_cast<std::size_t>(lay.mapStride));
   std::memset(lay.map + (roi.height + 1) * lay.mapStride, 0, static_cast<std::size_t>(lay.mapStride));
-  // Parallel bands keep their rings in the stack, which is empty until the seeds.
-  const std::int64_t ringBytes = (ownCannyRingBytes(roi.width) + 15) / 16 * 16;
-  int nBands = ownBandCount(roi, kOwnBandsCanny);
-  if (nBands > 1 && nBands * ringBytes > lay.stackBytes) nBands = 1;
-  ownRunBands(ownBandSplit{roi.height, nBands}, [&](int b, int y0, int y1) {
-    char* ring = nBands > 1 ? lay.stack + b * ringBytes : lay.ring;
-    ownCannyBand(pDx, dxStep, pDy, dyStep, pDst, dstStep, roi, low, high, lay, ring, y0, y1);
-  });
   if (ownCannySmallStack(roi))
-    ownCannyHysteresis<std::uint16_t>(lay, ownCannySeeds<std::uint16_t>(lay, roi), pDst, dstStep);
+    ownCannyRun<std::uint16_t>(pDx, dxStep, pDy, dyStep, pDst, dstStep, roi, low, high, lay);
   else
-    ownCannyHysteresis<std::uint32_t>(lay, ownCannySeeds<std::uint32_t>(lay, roi), pDst, dstStep);
+    ownCannyRun<std::uint32_t>(pDx, dxStep, pDy, dyStep, pDst, dstStep, roi, low, high, lay);
 }
 
 // A float threshold as the 16s member compares it: truncated toward zero; one at or

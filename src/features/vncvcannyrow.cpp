@@ -8,10 +8,10 @@
 
 // 16s: |dx| + |dy| on 16 unsigned bits (|-32768| = 32768), saturated at 65535; the low
 // threshold is already truncated toward zero and the test is strict.
-void ownCannyMagnitudeRow(const vnx16s* dx, const vnx16s* dy, int* m, int x0, int n, int low) {
+void ownCannyMagnitudeRow(const vnx16s* dx, const vnx16s* dy, vnx16u* m, int x0, int n, int low) {
   for (int x = x0; x < n; ++x) {
     const int a = std::min(std::abs(int(dx[x])) + std::abs(int(dy[x])), 65535);
-    m[x] = a > low ? a : 0;
+    m[x] = static_cast<vnx16u>(a > low ? a : 0);
   }
 }
 // 32f: |dx| + |dy| in float, kept when not less than low (a NaN sum is never kept).
@@ -30,14 +30,14 @@ inline __m128i ownAbs16(__m128i v) {
 }
 }  // namespace
 
-void ownCannyMagnitudeRow_sse2(const vnx16s* dx, const vnx16s* dy, int* m, int n, int low) {
-  const __m128i vlow = _mm_set1_epi32(low), z = _mm_setzero_si128();
+// m > low is m >= low + 1, and m >= t is (t - m, saturated at 0) == 0; low 65535
+// passes nothing.
+void ownCannyMagnitudeRow_sse2(const vnx16s* dx, const vnx16s* dy, vnx16u* m, int n, int low) {
+  const __m128i t = _mm_set1_epi16(static_cast<short>(low + 1)), z = _mm_setzero_si128();
   int x = 0;
-  for (; x + 8 <= n; x += 8) {
+  for (; low < 65535 && x + 8 <= n; x += 8) {
     const __m128i a = _mm_adds_epu16(ownAbs16(ownLoad(dx + x)), ownAbs16(ownLoad(dy + x)));
-    const __m128i lo = _mm_unpacklo_epi16(a, z), hi = _mm_unpackhi_epi16(a, z);
-    ownStore(m + x, _mm_and_si128(lo, _mm_cmpgt_epi32(lo, vlow)));
-    ownStore(m + x + 4, _mm_and_si128(hi, _mm_cmpgt_epi32(hi, vlow)));
+    ownStore(m + x, _mm_and_si128(a, _mm_cmpeq_epi16(_mm_subs_epu16(t, a), z)));
   }
   ownCannyMagnitudeRow(dx, dy, m, x, n, low);
 }
@@ -61,9 +61,9 @@ inline bool ownSignsDiffer(vnx32f a, vnx32f b) { return std::signbit(a) != std::
 // upper-left and lower-right, differing signs, m above both lower-left and upper-right.
 // The non-strict side decides plateaus: of two equal neighbours along the gradient the
 // left (upper) one survives.
-template <class D, class M>
+template <class D, class M, class T>
 void ownCannySuppressRow(const D* dx, const D* dy, const M* up, const M* mid, const M* down, vnx8u* map, int x0,
-                         int n, M high) {
+                         int n, T high) {
   for (int x = x0; x < n; ++x) {
     const M m = mid[x];
     vnx8u flag = 0;
@@ -78,35 +78,25 @@ void ownCannySuppressRow(const D* dx, const D* dy, const M* up, const M* mid, co
         keep = m > up[x - 1] && m > down[x + 1];
       else
         keep = m > std::max(down[x - 1], up[x + 1]);
-      if (keep) flag = m > high ? kOwnCannySeed : kOwnCannyCandidate;
+      if (keep) flag = T(m) > high ? kOwnCannyEdge : kOwnCannyCandidate;
     }
     map[x] = flag;
   }
 }
-template void ownCannySuppressRow(const vnx16s*, const vnx16s*, const int*, const int*, const int*, vnx8u*, int,
-                                  int, int);
+template void ownCannySuppressRow(const vnx16s*, const vnx16s*, const vnx16u*, const vnx16u*, const vnx16u*, vnx8u*,
+                                  int, int, int);
 template void ownCannySuppressRow(const vnx32f*, const vnx32f*, const float*, const float*, const float*, vnx8u*,
                                   int, int, float);
 
 namespace {
 
-// Lane operations on magnitudes held as integers or as floats (both in __m128i).
-inline __m128i ownLoadM(const int* p) { return ownLoad(p); }
+// Lane operations on float magnitudes held in __m128i.
 inline __m128i ownLoadM(const float* p) { return _mm_castps_si128(_mm_loadu_ps(p)); }
-inline __m128i ownGt(__m128i a, __m128i b, int) { return _mm_cmpgt_epi32(a, b); }
 inline __m128i ownGt(__m128i a, __m128i b, float) {
   return _mm_castps_si128(_mm_cmpgt_ps(_mm_castsi128_ps(a), _mm_castsi128_ps(b)));
 }
-inline __m128i ownSplatM(int v) { return _mm_set1_epi32(v); }
 inline __m128i ownSplatM(float v) { return _mm_castps_si128(_mm_set1_ps(v)); }
 // |dx|, |dy| as floats and a mask of lanes whose signs differ.
-inline void ownAxAy(const vnx16s* dx, const vnx16s* dy, __m128& ax, __m128& ay, __m128i& differ) {
-  const __m128i a = ownLoad64(dx), b = ownLoad64(dy);
-  const __m128i x = _mm_srai_epi32(_mm_unpacklo_epi16(a, a), 16), y = _mm_srai_epi32(_mm_unpacklo_epi16(b, b), 16);
-  ax = ownAbsPs(_mm_cvtepi32_ps(x));
-  ay = ownAbsPs(_mm_cvtepi32_ps(y));
-  differ = _mm_srai_epi32(_mm_xor_si128(x, y), 31);
-}
 inline void ownAxAy(const vnx32f* dx, const vnx32f* dy, __m128& ax, __m128& ay, __m128i& differ) {
   const __m128 x = _mm_loadu_ps(dx), y = _mm_loadu_ps(dy);
   ax = ownAbsPs(x);
@@ -135,7 +125,7 @@ inline __m128i ownSuppress4(const D* dx, const D* dy, const M* up, const M* mid,
   keep = _mm_and_si128(keep, ownGt(m, _mm_setzero_si128(), tag));
   const __m128i seed = _mm_and_si128(keep, ownGt(m, high, tag));
   return _mm_or_si128(_mm_andnot_si128(seed, _mm_and_si128(keep, _mm_set1_epi32(kOwnCannyCandidate))),
-                      _mm_and_si128(seed, _mm_set1_epi32(kOwnCannySeed)));
+                      _mm_and_si128(seed, _mm_set1_epi32(kOwnCannyEdge)));
 }
 
 template <class D, class M>
@@ -165,9 +155,57 @@ void ownCannySuppressVectors(const D* dx, const D* dy, const M* up, const M* mid
 
 }  // namespace
 
-void ownCannySuppressRow_sse2(const vnx16s* dx, const vnx16s* dy, const int* up, const int* mid, const int* down,
-                              vnx8u* map, int n, int high) {
-  ownCannySuppressVectors(dx, dy, up, mid, down, map, n, high);
+namespace {
+
+// Eight 16-bit magnitudes, biased by 0x8000 so that signed compares order them.
+inline __m128i ownLoadBiased(const vnx16u* p) { return _mm_xor_si128(ownLoad(p), _mm_set1_epi16(-32768)); }
+inline __m128 ownWidenLo(__m128i v) { return _mm_cvtepi32_ps(_mm_unpacklo_epi16(v, _mm_setzero_si128())); }
+inline __m128 ownWidenHi(__m128i v) { return _mm_cvtepi32_ps(_mm_unpackhi_epi16(v, _mm_setzero_si128())); }
+inline __m128i ownLess8(__m128 alo, __m128 ahi, __m128 blo, __m128 bhi) {
+  return _mm_packs_epi32(_mm_castps_si128(_mm_cmplt_ps(alo, blo)), _mm_castps_si128(_mm_cmplt_ps(ahi, bhi)));
+}
+
+// Flags of eight pixels as 16-bit lanes, the tests of ownSuppress4 on 16-bit magnitudes;
+// the direction tests still take |dx| and |dy| as floats.
+inline __m128i ownSuppress8(const vnx16s* dx, const vnx16s* dy, const vnx16u* up, const vnx16u* mid,
+                            const vnx16u* down, __m128i high) {
+  const __m128i m = ownLoadBiased(mid), a = ownLoad(dx), b = ownLoad(dy);
+  const __m128i ua = ownAbs16(a), ub = ownAbs16(b);
+  const __m128 axl = ownWidenLo(ua), axh = ownWidenHi(ua), ayl = ownWidenLo(ub), ayh = ownWidenHi(ub);
+  const __m128 t22 = _mm_set1_ps(kOwnTan22), t67 = _mm_set1_ps(kOwnTan67);
+  const __m128i horiz = ownLess8(ayl, ayh, _mm_mul_ps(axl, t22), _mm_mul_ps(axh, t22));
+  const __m128i vert = ownLess8(_mm_mul_ps(axl, t67), _mm_mul_ps(axh, t67), ayl, ayh);
+  const __m128i differ = _mm_srai_epi16(_mm_xor_si128(a, b), 15);
+  auto gt = [](__m128i x, __m128i y) { return _mm_cmpgt_epi16(x, y); };
+  const __m128i keepH = _mm_andnot_si128(gt(ownLoadBiased(mid + 1), m), gt(m, ownLoadBiased(mid - 1)));
+  const __m128i keepV = _mm_andnot_si128(gt(ownLoadBiased(down), m), gt(m, ownLoadBiased(up)));
+  const __m128i keepSame = _mm_and_si128(gt(m, ownLoadBiased(up - 1)), gt(m, ownLoadBiased(down + 1)));
+  const __m128i keepDiff = _mm_and_si128(gt(m, ownLoadBiased(down - 1)), gt(m, ownLoadBiased(up + 1)));
+  __m128i keep = ownBlend(horiz, keepH, ownBlend(vert, keepV, ownBlend(differ, keepDiff, keepSame)));
+  keep = _mm_and_si128(keep, gt(m, _mm_set1_epi16(-32768)));  // m > 0
+  const __m128i seed = _mm_and_si128(keep, gt(m, high));
+  return _mm_or_si128(_mm_andnot_si128(seed, _mm_and_si128(keep, _mm_set1_epi16(kOwnCannyCandidate))),
+                      _mm_and_si128(seed, _mm_set1_epi16(kOwnCannyEdge)));
+}
+
+}  // namespace
+
+// A high threshold of -1 keeps the same seeds as 0, since kept pixels have m > 0.
+void ownCannySuppressRow_sse2(const vnx16s* dx, const vnx16s* dy, const vnx16u* up, const vnx16u* mid,
+                              const vnx16u* down, vnx8u* map, int n, int high) {
+  const __m128i vh = _mm_set1_epi16(static_cast<short>(std::max(high, 0) ^ 0x8000));
+  const __m128i z = _mm_setzero_si128();
+  int x = 0;
+  for (; x + 16 <= n; x += 16) {
+    // Most pixels fail the low test: sixteen zero magnitudes give sixteen zero flags.
+    if (_mm_movemask_epi8(_mm_cmpeq_epi16(_mm_or_si128(ownLoad(mid + x), ownLoad(mid + x + 8)), z)) == 0xFFFF) {
+      ownStore(map + x, z);
+      continue;
+    }
+    ownStore(map + x, _mm_packus_epi16(ownSuppress8(dx + x, dy + x, up + x, mid + x, down + x, vh),
+                                       ownSuppress8(dx + x + 8, dy + x + 8, up + x + 8, mid + x + 8, down + x + 8, vh)));
+  }
+  ownCannySuppressRow(dx, dy, up, mid, down, map, x, n, high);
 }
 void ownCannySuppressRow_sse2(const vnx32f* dx, const vnx32f* dy, const float* up, const float* mid,
                               const float* down, vnx8u* map, int n, float high) {

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "check.h"
+#include "filters/vncvderivative.h"
 #include "features.h"
 #include "parallel.h"
 
@@ -18,29 +19,31 @@ inline char* ownAlign32(void* p) {
 }
 
 // The one place the corner measures reach the derivative filters: dx by the vertical
-// and dy by the horizontal Sobel (mask 11 * aperture) or Scharr filter, replicated
-// border, border value 0. A failing filter's status is returned unchanged.
-vnxStatus ownCornerDerivatives(const vnx8u* src, int srcStep, vnxiSize roi, ownCornerKernel kern, int aperture,
-                               vnx16s* dx, vnx16s* dy, int dStep, vnx8u* scratch) {
-  const int R = vnxBorderReplicate;
-  if (kern == ownCornerKernel::Scharr) {
-    if (vnxStatus st = vnxiFilterScharrVertBorder_8u16s_C1R(src, srcStep, dx, dStep, roi, R, 0, scratch)) return st;
-    return vnxiFilterScharrHorizBorder_8u16s_C1R(src, srcStep, dy, dStep, roi, R, 0, scratch);
-  }
-  if (vnxStatus st = vnxiFilterSobelVertBorder_8u16s_C1R(src, srcStep, dx, dStep, roi, 11 * aperture, R, 0, scratch))
-    return st;
-  return vnxiFilterSobelHorizBorder_8u16s_C1R(src, srcStep, dy, dStep, roi, 11 * aperture, R, 0, scratch);
+// and dy by the horizontal Sobel (length aperture) or Scharr kernel, replicated border,
+// border value 0, through the filters' shared band bodies. Each band takes its own
+// block of scratch, `bandScratch` bytes (at most one thread's share of the filters'
+// own query, which the buffer holds for every thread).
+template <class S, class D>
+void ownCornerDerivatives(const S* src, int srcStep, vnxiSize roi, ownCornerKernel kern, int aperture, D* dx, D* dy,
+                          int dStep, char* scratch, std::int64_t bandScratch, int nBands) {
+  const bool scharr = kern == ownCornerKernel::Scharr;
+  const ownFixedKernel vert = scharr ? ownFixedKernel::ScharrVert : ownFixedKernel::SobelVert;
+  const ownFixedKernel horiz = scharr ? ownFixedKernel::ScharrHoriz : ownFixedKernel::SobelHoriz;
+  ownRunBands(ownBandSplit{roi.height, nBands}, [&](int b, int y0, int y1) {
+    char* block = scratch + b * bandScratch;
+    ownDerivativeRows(vert, aperture, src, srcStep, dx, dStep, roi, ownBorder::Replicate, S(0), y0, y1, block);
+    ownDerivativeRows(horiz, aperture, src, srcStep, dy, dStep, roi, ownBorder::Replicate, S(0), y0, y1, block);
+  });
 }
-vnxStatus ownCornerDerivatives(const vnx32f* src, int srcStep, vnxiSize roi, ownCornerKernel kern, int aperture,
-                               vnx32f* dx, vnx32f* dy, int dStep, vnx8u* scratch) {
-  const int R = vnxBorderReplicate;
-  if (kern == ownCornerKernel::Scharr) {
-    if (vnxStatus st = vnxiFilterScharrVertBorder_32f_C1R(src, srcStep, dx, dStep, roi, R, 0, scratch)) return st;
-    return vnxiFilterScharrHorizBorder_32f_C1R(src, srcStep, dy, dStep, roi, R, 0, scratch);
-  }
-  if (vnxStatus st = vnxiFilterSobelVertBorder_32f_C1R(src, srcStep, dx, dStep, roi, 11 * aperture, R, 0, scratch))
-    return st;
-  return vnxiFilterSobelHorizBorder_32f_C1R(src, srcStep, dy, dStep, roi, 11 * aperture, R, 0, scratch);
+// Scratch of one band of the derivatives: the larger of the two kernels' needs.
+template <class S>
+std::int64_t ownCornerDerivativeScratch(int width, ownCornerKernel kern, int aperture) {
+  const ownFixedOutput out = std::is_same<S, vnx32f>::value ? ownFixedOutput::To32f : ownFixedOutput::To16s;
+  const bool scharr = kern == ownCornerKernel::Scharr;
+  return std::max(
+      ownDerivativeScratchBytes(width, aperture, out, scharr ? ownFixedKernel::ScharrVert : ownFixedKernel::SobelVert),
+      ownDerivativeScratchBytes(width, aperture, out,
+                                scharr ? ownFixedKernel::ScharrHoriz : ownFixedKernel::SobelHoriz));
 }
 // The largest scratch the filters ask for (the lowpass one included, as the layout
 // promises room for a lowpass pass over the product planes).
@@ -155,12 +158,11 @@ vnxStatus ownCornerEigen(const S* pSrc, int srcStep, vnx32f* pDst, int dstStep, 
   char* bands = base + 2 * planeBytes;  // the band scratch lives in the product planes' room
   char* scratch = bands + ownAlign32(4 * w16 * roi.height) * 3 * (threads > 1 ? 2 : 1) + threads * bandBytes;
   const int dStep = static_cast<int>(roi.width * sizeof(D));
-  if (vnxStatus st = ownCornerDerivatives(pSrc, srcStep, roi, kern, aperture, dx, dy, dStep,
-                                          reinterpret_cast<vnx8u*>(scratch)))
-    return st;
+  const int nBands = std::min(ownBandCount(roi, kOwnBandsCorners), threads);
+  ownCornerDerivatives(pSrc, srcStep, roi, kern, aperture, dx, dy, dStep, scratch,
+                       ownCornerDerivativeScratch<S>(roi.width, kern, aperture), nBands);
   const ownCornerJob job{roi, window, 1.0f / float(window * window), ownCornerScale<S>(kern, aperture),
                          kern == ownCornerKernel::Sobel ? -1.0f : 1.0f, out, pDst, dstStep};
-  const int nBands = std::min(ownBandCount(roi, kOwnBandsCorners), threads);
   ownRunBands(ownBandSplit{roi.height, nBands}, [&](int b, int y0, int y1) {
     ownCornerBand(job, dx, dy, dStep, reinterpret_cast<float*>(bands + b * bandBytes), y0, y1);
   });

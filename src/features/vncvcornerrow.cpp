@@ -90,10 +90,6 @@ void ownBoxColumnSums_sse2(const float* const* rows, float* m, int n, int window
   ownBoxColumnSums(rows, m, x, n, window, scale);
 }
 
-void ownMinEigenRow(const float* mxx, const float* mxy, const float* myy, float* dst, int x0, int n, float half) {
-  for (int x = x0; x < n; ++x) dst[x] = ownMinEigenPixel(mxx[x], mxy[x], myy[x], half);
-}
-
 void ownMinEigenColumns(const float* const* xx, const float* const* xy, const float* const* yy, float* dst, int x0,
                         int n, int window, float boxScale, float half) {
   for (int x = x0; x < n; ++x)
@@ -136,14 +132,6 @@ void ownMinEigenColumns_sse2(const float* const* xx, const float* const* xy, con
                             : ownMinEigenColumnVectors<5>(xx, xy, yy, dst, n, boxScale, half);
   ownMinEigenColumns(xx, xy, yy, dst, x, n, window, boxScale, half);
 }
-void ownMinEigenRow_sse2(const float* mxx, const float* mxy, const float* myy, float* dst, int n, float half) {
-  const __m128 h = _mm_set1_ps(half);
-  int x = 0;
-  for (; x + 4 <= n; x += 4)
-    _mm_storeu_ps(dst + x, ownMinEigen4(_mm_loadu_ps(mxx + x), _mm_loadu_ps(mxy + x), _mm_loadu_ps(myy + x), h));
-  ownMinEigenRow(mxx, mxy, myy, dst, x, n, half);
-}
-
 // p = s * Mxx, q = s * Mxy, r = s * Myy; t = 0.01 * max(p, r); ill-conditioned (min(p, r)
 // < t or p * r - q * q < t) gives six zeros, nearly diagonal (|q| < t) the axes, else the
 // vectors (g, l1 - p) and (g, l2 - p) with g = q * sign, over their lengths (at least

@@ -30,11 +30,11 @@ TEST(FeaturesOpenCV, CannyOnTheSameDerivativesWithTheL1Gradient) {
   cv::Sobel(img, dx, CV_16S, 1, 0, 3, 1, 0, cv::BORDER_REPLICATE);
   cv::Sobel(img, dy, CV_16S, 0, 1, 3, 1, 0, cv::BORDER_REPLICATE);
   cv::Canny(dx, dy, edges, 40, 120, false);
-  cv::Mat up = dy, ours(img.size(), CV_8UC1);
+  cv::Mat ours(img.size(), CV_8UC1);
   int size = 0;
   ASSERT_EQ(vnxStatusOk, vnxiCannyGetSize({img.cols, img.rows}, &size));
   std::vector<vnx8u> buf(size);
-  ASSERT_EQ(vnxStatusOk, vnxiCanny_16s8u_C1R(dx.ptr<vnx16s>(), int(dx.step), up.ptr<vnx16s>(), int(up.step), ours.data,
+  ASSERT_EQ(vnxStatusOk, vnxiCanny_16s8u_C1R(dx.ptr<vnx16s>(), int(dx.step), dy.ptr<vnx16s>(), int(dy.step), ours.data,
                                              int(ours.step), {img.cols, img.rows}, 40, 120, buf.data()));
   const int differ = cv::countNonZero(ours != edges), total = cv::countNonZero(edges);
   EXPECT_GT(total, 1000);
