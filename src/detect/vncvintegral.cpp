@@ -3,9 +3,11 @@
 // once: row 0 and column 0 hold it, and each row adds its running sum to the row
 // above.
 #include <algorithm>
+#include <cstdint>
 
 #include "check.h"
 #include "integral.h"
+#include "parallel.h"
 #include "simd.h"
 
 namespace {
@@ -86,25 +88,71 @@ void ownIntegralRowBody_sse2(const vnx8u* src, const S* above, S* out, const Q* 
   ownIntegralRow(src, above, out, sqrAbove, sqr, x, n, run);
 }
 
-// Fills every table row, then walks the source rows. Rows of the square table are
-// written only when pSqr is given.
+// Copies n elements to dst around the cache: single elements up to the first
+// 16-byte boundary, whole 16-byte blocks streamed, single elements after them.
+template <class T>
+void ownStreamRow(T* dst, const T* src, int n) {
+  constexpr int kLanes = 16 / sizeof(T);
+  int x = 0;
+  for (; x < n && (reinterpret_cast<std::uintptr_t>(dst + x) & 15) != 0; ++x) dst[x] = src[x];
+  for (; x + kLanes <= n; x += kLanes) ownStore(dst + x, ownLoad(src + x), true);
+  for (; x < n; ++x) dst[x] = src[x];
+}
+
+// Where the rows are made: in the tables (each row reads the one above it, just
+// written and still cached), or, for tables larger than the cache, in one cached
+// scratch row a table that every row updates in place and that is then copied out
+// around the cache, which spares reading every table line before writing it. The
+// results are the same.
+template <class S, class Q>
+struct ownIntegralRows {
+  ownBlock block;  // the square row, then the sum row
+  Q* sqr;
+  S* sum;
+  ownIntegralRows(vnxiSize roi, bool withSqr)
+      : block(allocate(roi, withSqr)),
+        sqr(block && withSqr ? static_cast<Q*>(block.get()) : nullptr),
+        sum(block ? reinterpret_cast<S*>(static_cast<char*>(block.get()) + (withSqr ? roi.width * sizeof(Q) : 0))
+                  : nullptr) {}
+  static void* allocate(vnxiSize roi, bool withSqr) {
+    const std::int64_t rowBytes =
+        std::int64_t{roi.width} * static_cast<std::int64_t>(sizeof(S) + (withSqr ? sizeof(Q) : 0)) + 16;
+    if (rowBytes > INT32_MAX || !ownStreamOutput(rowBytes * (std::int64_t{roi.height} + 1))) return nullptr;
+    return ownMalloc_64(static_cast<int>((rowBytes + 7) / 8));  // no block: the rows are made in the tables
+  }
+};
+
+// Fills the first table row, then walks the source rows. Rows of the square
+// table are written only when pSqr is given.
 template <class S, class Q>
 void ownIntegralImage(const vnx8u* pSrc, int srcStep, S* pDst, int dstStep, Q* pSqr, int sqrStep, vnxiSize roi,
                       S val, Q valSqr) {
   const int w = roi.width;
   std::fill_n(pDst, w + 1, val);
   if (pSqr) std::fill_n(pSqr, w + 1, valSqr);
+  ownIntegralRows<S, Q> scratch(roi, pSqr != nullptr);
+  if (scratch.sum) {
+    std::fill_n(scratch.sum, w, val);
+    if (scratch.sqr) std::fill_n(scratch.sqr, w, valSqr);
+  }
   for (int y = 1; y <= roi.height; ++y) {
     S* out = ownRow(pDst, dstStep, y);
-    const S* above = ownRow(pDst, dstStep, y - 1);
-    out[0] = val;
     Q* sqr = pSqr ? ownRow(pSqr, sqrStep, y) : nullptr;
-    const Q* sqrAbove = pSqr ? ownRow(pSqr, sqrStep, y - 1) : nullptr;
+    out[0] = val;
     if (sqr) sqr[0] = valSqr;
     ownRunning run{0, 0};
-    ownIntegralRow_sse2(ownRow(pSrc, srcStep, y - 1), above + 1, out + 1, sqrAbove ? sqrAbove + 1 : nullptr,
-                        sqr ? sqr + 1 : nullptr, w, run);
+    const vnx8u* src = ownRow(pSrc, srcStep, y - 1);
+    if (scratch.sum) {
+      ownIntegralRow_sse2(src, scratch.sum, scratch.sum, scratch.sqr, scratch.sqr, w, run);
+      ownStreamRow(out + 1, scratch.sum, w);
+      if (sqr) ownStreamRow(sqr + 1, scratch.sqr, w);
+    } else {
+      const S* above = ownRow(pDst, dstStep, y - 1);
+      const Q* sqrAbove = pSqr ? ownRow(pSqr, sqrStep, y - 1) : nullptr;
+      ownIntegralRow_sse2(src, above + 1, out + 1, sqrAbove ? sqrAbove + 1 : nullptr, sqr ? sqr + 1 : nullptr, w, run);
+    }
   }
+  if (scratch.sum) ownStreamFence();
 }
 
 }  // namespace
