@@ -75,19 +75,27 @@ inline __m128 ownRectSum4(const vnx32f* p, const int* o) {
                     _mm_sub_ps(ownLoadPs(p + o[3]), ownLoadPs(p + o[2])));
 }
 
-template <class T>
-__m128 ownStageSum4_sse2(const ownHaarState<vnx32f>& st, const T* const base[2], const int* off, __m128 norm) {
-  __m128 s = _mm_setzero_ps();
+// Stage sums of four adjacent positions, or of eight (two vectors sharing the
+// walk over the features, for when both groups of four hold candidates).
+template <int kVectors, class T>
+void ownStageSums_sse2(const ownHaarState<vnx32f>& st, const T* const base[2], const int* off, const vnx32f* norm,
+                       __m128 out[kVectors]) {
+  __m128 s[kVectors], n[kVectors];
+  for (int v = 0; v < kVectors; ++v) s[v] = _mm_setzero_ps(), n[v] = ownLoadPs(norm + 4 * v);
   for (int i = 0; i < st.nFeatures; ++i) {
     const ownHaarFeature<vnx32f>& f = st.feature[i];
     const T* p = base[f.tag & 1];
-    __m128 sum = _mm_setzero_ps();
-    for (int k = 0; k < f.nRects; ++k, off += 4)
-      sum = _mm_add_ps(sum, _mm_mul_ps(ownRectSum4(p, off), ownSplatPs(f.rect[k].weight)));
-    const __m128 high = _mm_cmpge_ps(sum, _mm_mul_ps(ownSplatPs(f.threshold), norm));
-    s = _mm_add_ps(s, ownSelect(high, ownSplatPs(f.val2), ownSplatPs(f.val1)));
+    __m128 sum[kVectors];
+    for (int v = 0; v < kVectors; ++v) sum[v] = _mm_setzero_ps();
+    for (int k = 0; k < f.nRects; ++k, off += 4) {
+      const __m128 weight = ownSplatPs(f.rect[k].weight);
+      for (int v = 0; v < kVectors; ++v) sum[v] = _mm_add_ps(sum[v], _mm_mul_ps(ownRectSum4(p + 4 * v, off), weight));
+    }
+    const __m128 th = ownSplatPs(f.threshold), v1 = ownSplatPs(f.val1), v2 = ownSplatPs(f.val2);
+    for (int v = 0; v < kVectors; ++v)
+      s[v] = _mm_add_ps(s[v], ownSelect(_mm_cmpge_ps(sum[v], _mm_mul_ps(th, n[v])), v2, v1));
   }
-  return s;
+  for (int v = 0; v < kVectors; ++v) out[v] = s[v];
 }
 
 // Four mask bytes as one word: zero when no position of the group is a candidate.
@@ -120,9 +128,10 @@ struct ownHaarArgs {
 };
 
 // Rows y0 .. y1 - 1; returns the positions that passed. Stages of 32f values run
-// four positions at a time wherever one of the four is a candidate (the windows of
-// all four are read, none of the others is changed), then the rest of the row one
-// position at a time; integer stages run one position at a time.
+// four positions at a time wherever one of the four is a candidate, eight when the
+// next four hold one too (the windows of all of them are read, only candidates
+// change), then the rest of the row one position at a time; integer stages run one
+// position at a time.
 template <class T, class W>
 int ownHaarBand(const ownHaarState<W>& st, const ownHaarArgs& a, const int* off, W threshold, int y0, int y1) {
   int positive = 0;
@@ -135,11 +144,21 @@ int ownHaarBand(const ownHaarState<W>& st, const ownHaarArgs& a, const int* off,
     if constexpr (std::is_same<W, vnx32f>::value) {
       const __m128 stage = ownSplatPs(threshold);
       for (; x + 4 <= a.width; x += 4) {
-        if (!ownMask4(mask + x)) continue;
+        const std::uint32_t here = ownMask4(mask + x), next = x + 8 <= a.width ? ownMask4(mask + x + 4) : 0;
+        if (!here) continue;
         const T* base[2] = {up + x, tilt + x};
-        const int fails = _mm_movemask_ps(_mm_cmplt_ps(ownStageSum4_sse2(st, base, off, ownLoadPs(norm + x)), stage));
-        for (int k = 0; k < 4; ++k)
-          if (mask[x + k]) ownHaarVerdict(mask[x + k], (fails >> k) & 1, positive);
+        __m128 sums[2];
+        const int groups = next ? 2 : 1;
+        if (next)
+          ownStageSums_sse2<2>(st, base, off, norm + x, sums);
+        else
+          ownStageSums_sse2<1>(st, base, off, norm + x, sums);
+        for (int g = 0; g < groups; ++g) {
+          const int fails = _mm_movemask_ps(_mm_cmplt_ps(sums[g], stage));
+          for (int k = 0; k < 4; ++k)
+            if (mask[x + 4 * g + k]) ownHaarVerdict(mask[x + 4 * g + k], (fails >> k) & 1, positive);
+        }
+        x += 4 * (groups - 1);
       }
     }
     for (; x < a.width; ++x) {

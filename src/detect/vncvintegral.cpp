@@ -4,6 +4,7 @@
 // above.
 #include <algorithm>
 #include <cstdint>
+#include <type_traits>
 
 #include "check.h"
 #include "integral.h"
@@ -32,12 +33,15 @@ inline __m128i ownSquares4(__m128i v) { return _mm_madd_epi16(v, v); }
 
 // 32s squares store the wrapping running square sum; 64f squares store it as
 // (double(chunk sum) + chunk base), exact integers below 2^53, plus the entry above.
+// In the first chunk of a row the base is 0 and the sum is stored as it converts.
+template <bool kBase>
 inline void ownStoreSqr(const vnx32s* above, vnx32s* out, __m128i q, __m128d) {
   ownStore(out, _mm_add_epi32(ownLoad(above), q));
 }
+template <bool kBase>
 inline void ownStoreSqr(const vnx64f* above, vnx64f* out, __m128i q, __m128d base) {
-  const __m128d lo = _mm_add_pd(_mm_cvtepi32_pd(q), base);
-  const __m128d hi = _mm_add_pd(_mm_cvtepi32_pd(_mm_srli_si128(q, 8)), base);
+  __m128d lo = _mm_cvtepi32_pd(q), hi = _mm_cvtepi32_pd(_mm_srli_si128(q, 8));
+  if constexpr (kBase) lo = _mm_add_pd(lo, base), hi = _mm_add_pd(hi, base);
   _mm_storeu_pd(out, _mm_add_pd(_mm_loadu_pd(above), lo));
   _mm_storeu_pd(out + 2, _mm_add_pd(_mm_loadu_pd(above + 2), hi));
 }
@@ -47,8 +51,8 @@ inline void ownStoreSqr(const vnx64f* above, vnx64f* out, __m128i q, __m128d bas
 constexpr int kOwnSqrChunk = 16384;
 
 // Blocks of sixteen pixels: the four prefix sums of a block are independent and
-// only the carries chain (one add per four pixels), so the row walk is not bound
-// by the latency of the carry.
+// only the carries chain (the last lane of each stored sum, broadcast), so the row
+// walk is not bound by the latency of the carry.
 template <class S, class Q>
 void ownIntegralRowBody_sse2(const vnx8u* src, const S* above, S* out, const Q* sqrAbove, Q* sqr, int n,
                              ownRunning& run) {
@@ -57,25 +61,29 @@ void ownIntegralRowBody_sse2(const vnx8u* src, const S* above, S* out, const Q* 
   __m128i qcarry = _mm_set1_epi32(kWrapSqr ? static_cast<int>(static_cast<std::uint32_t>(run.q)) : 0);
   __m128d base = _mm_set1_pd(static_cast<double>(run.q));
   const __m128i zero = _mm_setzero_si128();
+  auto block = [&](int x, auto withBase) {
+    const __m128i b = ownLoad(src + x);
+    const __m128i lo = _mm_unpacklo_epi8(b, zero), hi = _mm_unpackhi_epi8(b, zero);
+    const __m128i v[4] = {_mm_unpacklo_epi16(lo, zero), _mm_unpackhi_epi16(lo, zero), _mm_unpacklo_epi16(hi, zero),
+                          _mm_unpackhi_epi16(hi, zero)};
+    for (int k = 0; k < 4; ++k) {
+      const __m128i sum = _mm_add_epi32(ownPrefix4(v[k]), carry);
+      ownStoreSum(above + x + 4 * k, out + x + 4 * k, sum);
+      carry = ownLastLane(sum);
+      if (sqr) {
+        const __m128i q = _mm_add_epi32(ownPrefix4(ownSquares4(v[k])), qcarry);
+        ownStoreSqr<decltype(withBase)::value>(sqrAbove + x + 4 * k, sqr + x + 4 * k, q, base);
+        qcarry = ownLastLane(q);
+      }
+    }
+  };
   int x = 0;
   while (x + 16 <= n) {
     const int chunkEnd = (kWrapSqr || !sqr || n - x <= kOwnSqrChunk) ? n : x + kOwnSqrChunk;
-    for (; x + 16 <= chunkEnd; x += 16) {
-      const __m128i b = ownLoad(src + x);
-      const __m128i lo = _mm_unpacklo_epi8(b, zero), hi = _mm_unpackhi_epi8(b, zero);
-      const __m128i v[4] = {_mm_unpacklo_epi16(lo, zero), _mm_unpackhi_epi16(lo, zero), _mm_unpacklo_epi16(hi, zero),
-                            _mm_unpackhi_epi16(hi, zero)};
-      for (int k = 0; k < 4; ++k) {
-        const __m128i p = ownPrefix4(v[k]);
-        ownStoreSum(above + x + 4 * k, out + x + 4 * k, _mm_add_epi32(p, carry));
-        carry = _mm_add_epi32(carry, ownLastLane(p));
-        if (sqr) {
-          const __m128i q = ownPrefix4(ownSquares4(v[k]));
-          ownStoreSqr(sqrAbove + x + 4 * k, sqr + x + 4 * k, _mm_add_epi32(q, qcarry), base);
-          qcarry = _mm_add_epi32(qcarry, ownLastLane(q));
-        }
-      }
-    }
+    if (kWrapSqr || _mm_cvtsd_f64(base) == 0.0)
+      for (; x + 16 <= chunkEnd; x += 16) block(x, std::false_type{});
+    else
+      for (; x + 16 <= chunkEnd; x += 16) block(x, std::true_type{});
     if (!kWrapSqr && sqr) {
       base = _mm_add_pd(base, _mm_cvtepi32_pd(qcarry));
       qcarry = zero;
