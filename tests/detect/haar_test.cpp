@@ -42,14 +42,11 @@ std::uint32_t U(int v) { return static_cast<std::uint32_t>(v); }
 template <class T, class W>
 W refStage(const Stage& s, const std::vector<W>& wt, const std::vector<W>& th, const std::vector<W>& v1,
            const std::vector<W>& v2, const Image<T>& I, int x0, int y0, W norm) {
-  std::vector<int> first(s.num.size());
+  std::vector<int> first(s.num.size()), order;
   std::partial_sum(s.num.begin(), s.num.end() - 1, first.begin() + 1);
-  std::vector<int> order(s.num.size());
-  std::iota(order.begin(), order.end(), 0);
-  std::stable_sort(order.begin(), order.end(), [&](int a, int b) {
-    auto rank = [&](int i) { return s.num[i] == 2 ? 0 : s.num[i] == 3 ? 1 : 2; };
-    return rank(a) < rank(b);
-  });
+  for (int pass = 0; pass < 3; ++pass)
+    for (int i = 0; i < int(s.num.size()); ++i)
+      if ((s.num[i] == 2) == (pass == 0) && (s.num[i] == 3) == (pass == 1)) order.push_back(i);
   W stage = 0;
   for (int i : order) {
     W f = 0;
@@ -227,6 +224,14 @@ TEST(Haar, StateKeepsStorageOrderTagsCornersAndBookkeeping) {
   vnxiSize size{-1, -1};
   ASSERT_EQ(vnxStatusOk, vnxiGetHaarClassifierSize_32f(st, &size));
   EXPECT_EQ((V{7, 7}), (V{size.width, size.height}));
+  // Input order 3, 2, 2, 1, 4 rectangles is stored as 2, 2, 3, 1, 4.
+  Stage t;
+  vnxiHaarClassifier_32f* mixed = nullptr;
+  ASSERT_EQ(vnxStatusOk, vnxiHaarClassifierInitAlloc_32f(&mixed, t.rects.data(), t.weight.data(), t.threshold.data(),
+                                                         t.val1.data(), t.val2.data(), t.num.data(), 5));
+  const ownHaarFeature<float>* f = static_cast<ownHaarState<float>*>(mixed)->feature;
+  EXPECT_EQ((V{256, 512, 0, 768, 1024}), (V{f[0].tag, f[1].tag, f[2].tag, f[3].tag, f[4].tag}));
+  vnxiHaarClassifierFree_32f(mixed);
   vnxiHaarClassifierFree_32f(st);
 }
 
