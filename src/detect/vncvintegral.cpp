@@ -51,8 +51,8 @@ inline void ownStoreSqr(const vnx64f* above, vnx64f* out, __m128i q, __m128d bas
 constexpr int kOwnSqrChunk = 16384;
 
 // Blocks of sixteen pixels: the four prefix sums of a block are independent and
-// only the carries chain (the last lane of each stored sum, broadcast), so the row
-// walk is not bound by the latency of the carry.
+// only the carries chain (one add per four pixels: the last prefix lane is
+// broadcast off the chain), so the row walk is not bound by the carry's latency.
 template <class S, class Q>
 void ownIntegralRowBody_sse2(const vnx8u* src, const S* above, S* out, const Q* sqrAbove, Q* sqr, int n,
                              ownRunning& run) {
@@ -67,13 +67,13 @@ void ownIntegralRowBody_sse2(const vnx8u* src, const S* above, S* out, const Q* 
     const __m128i v[4] = {_mm_unpacklo_epi16(lo, zero), _mm_unpackhi_epi16(lo, zero), _mm_unpacklo_epi16(hi, zero),
                           _mm_unpackhi_epi16(hi, zero)};
     for (int k = 0; k < 4; ++k) {
-      const __m128i sum = _mm_add_epi32(ownPrefix4(v[k]), carry);
-      ownStoreSum(above + x + 4 * k, out + x + 4 * k, sum);
-      carry = ownLastLane(sum);
+      const __m128i p = ownPrefix4(v[k]);
+      ownStoreSum(above + x + 4 * k, out + x + 4 * k, _mm_add_epi32(p, carry));
+      carry = _mm_add_epi32(carry, ownLastLane(p));
       if (sqr) {
-        const __m128i q = _mm_add_epi32(ownPrefix4(ownSquares4(v[k])), qcarry);
-        ownStoreSqr<decltype(withBase)::value>(sqrAbove + x + 4 * k, sqr + x + 4 * k, q, base);
-        qcarry = ownLastLane(q);
+        const __m128i q = ownPrefix4(ownSquares4(v[k]));
+        ownStoreSqr<decltype(withBase)::value>(sqrAbove + x + 4 * k, sqr + x + 4 * k, _mm_add_epi32(q, qcarry), base);
+        qcarry = _mm_add_epi32(qcarry, ownLastLane(q));
       }
     }
   };
