@@ -1705,7 +1705,9 @@ VNX_API vnxStatus vnxiLabelMarkers_8u_C1IR(vnx8u* pMarker, int markerStep, vnxiS
  * observable); all other entries and all square tables are assigned.
  * Checks: null pointers -8; W or H < 1 -6; srcStep < W or a table step below
  * elemBytes x columns -14; a table step not a multiple of its element -108 (the
- * source step is never tested for alignment). Serial. */
+ * source step is never tested for alignment). Serial. Upright tables larger than
+ * three quarters of the largest cache are made row by row in a cached scratch row
+ * and written around the cache (non-temporal stores); the values are the same. */
 VNX_API vnxStatus vnxiIntegral_8u32s_C1R(const vnx8u* pSrc, int srcStep, vnx32s* pDst, int dstStep,
                                         vnxiSize roiSize, vnx32s val) VNX_NOEXCEPT;
 VNX_API vnxStatus vnxiIntegral_8u32f_C1R(const vnx8u* pSrc, int srcStep, vnx32f* pDst, int dstStep,
@@ -1749,7 +1751,9 @@ VNX_API vnxStatus vnxiTiltedSqrIntegral_8u32s_C1R(const vnx8u* pSrc, int srcStep
  * W + x + width upright, width + height + x + y + W - 1 tilted); srcStep, dstStep
  * not a multiple of 4 or sqrStep of its element -108; then rect x or y < 0, width
  * or height < 1 -6. Only RectStdDev_32f runs in bands: min(threads, (W x H) >> 10)
- * of them, serial below 2, at most 32. */
+ * of them, serial below 2, at most 32. The upright 32f-output members compute four
+ * adjacent outputs at a time with the same operations, so the bits are those of the
+ * formulas; a NaN result (from NaN or infinite table entries) is the library's NaN. */
 VNX_API vnxStatus vnxiRectStdDev_32s32f_C1R(const vnx32s* pSrc, int srcStep, const vnx64f* pSqr, int sqrStep,
                                            vnx32f* pDst, int dstStep, vnxiSize roiSize, vnxiRect rect) VNX_NOEXCEPT;
 VNX_API vnxStatus vnxiRectStdDev_32f_C1R(const vnx32f* pSrc, int srcStep, const vnx64f* pSqr, int sqrStep,
@@ -1800,7 +1804,11 @@ VNX_API vnxStatus vnxiTiltedRectStdDev_32s_C1RSfs(const vnx32s* pSrc, int srcSte
  * tilted table addressed at its row 1, column 1, the others from pSrc; the plain
  * members read every feature from pSrc. ApplyHaarClassifier_32f runs in row bands
  * (min(threads, (W x H) >> 10), serial below 2, at most 32) sharing one read-only
- * offset table; positive counts are added in band order. */
+ * offset table; positive counts are added in band order. The 32f-valued members
+ * evaluate four adjacent positions at once wherever one of the four has a nonzero
+ * mask byte (lane by lane the same operations): the windows of all four are read,
+ * so the table must cover the window of every ROI position; only positions with a
+ * nonzero mask byte are changed or counted, and an all-zero mask reads no entry. */
 typedef struct vnxiHaarClassifier_32f vnxiHaarClassifier_32f;
 typedef struct vnxiHaarClassifier_32s vnxiHaarClassifier_32s;
 VNX_API vnxStatus vnxiHaarClassifierInitAlloc_32f(vnxiHaarClassifier_32f** ppState, const vnxiRect* pFeature,

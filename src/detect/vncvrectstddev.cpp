@@ -6,6 +6,8 @@
 
 #include "integral.h"
 #include "parallel.h"
+#include "simd.h"
+#include "traits.h"
 
 namespace {
 
@@ -50,24 +52,54 @@ inline float ownUprightDev(float sum, ownFour<double> q, float area) {
   const float qs = ((static_cast<float>(q.tl) - static_cast<float>(q.tr)) + static_cast<float>(q.br)) -
                    static_cast<float>(q.bl);
   const float var = qs / area - mean * mean;
-  return std::sqrt(var < 0.0f ? 0.0f : var);
+  return ownCanonicalNaN(std::sqrt(var < 0.0f ? 0.0f : var));
+}
+
+// Four adjacent outputs: the corner entries of outputs i .. i+3 are consecutive,
+// so each corner is one load; every lane repeats the scalar operations.
+struct ownCornerRows {
+  const void *tl, *tr, *bl, *br;
+};
+inline __m128 ownLoad4(const vnx32f* p) { return _mm_loadu_ps(p); }
+inline __m128 ownLoad4(const vnx64f* p) {  // four doubles, each rounded to single
+  return _mm_movelh_ps(_mm_cvtpd_ps(_mm_loadu_pd(p)), _mm_cvtpd_ps(_mm_loadu_pd(p + 2)));
+}
+inline __m128 ownUprightDev4(__m128 sum, const ownCornerRows& q, int i, __m128 area) {
+  auto at = [&](const void* row) { return ownLoad4(static_cast<const vnx64f*>(row) + i); };
+  const __m128 mean = _mm_div_ps(sum, area);
+  const __m128 qs = _mm_sub_ps(_mm_add_ps(_mm_sub_ps(at(q.tl), at(q.tr)), at(q.br)), at(q.bl));
+  const __m128 var = _mm_sub_ps(_mm_div_ps(qs, area), _mm_mul_ps(mean, mean));
+  return ownCanonicalNaN(_mm_sqrt_ps(ownClearBelowPs(var, _mm_setzero_ps())));
 }
 
 struct ownUpright32s32f {
+  static constexpr bool kFour = true;
   float area;
   float operator()(ownFour<vnx32s> s, ownFour<double> q) const {
     return ownUprightDev(static_cast<float>(wrap((u(s.tl) - u(s.tr)) + (u(s.br) - u(s.bl)))), q, area);
   }
+  __m128 four(const ownCornerRows& s, const ownCornerRows& q, int i) const {
+    auto at = [&](const void* row) { return ownLoad(static_cast<const vnx32s*>(row) + i); };
+    const __m128i sum = _mm_add_epi32(_mm_sub_epi32(at(s.tl), at(s.tr)), _mm_sub_epi32(at(s.br), at(s.bl)));
+    return ownUprightDev4(_mm_cvtepi32_ps(sum), q, i, _mm_set1_ps(area));
+  }
 };
 
 struct ownUpright32f {
+  static constexpr bool kFour = true;
   float area;
   float operator()(ownFour<vnx32f> s, ownFour<double> q) const {
     return ownUprightDev((s.tl - s.tr) + (s.br - s.bl), q, area);
   }
+  __m128 four(const ownCornerRows& s, const ownCornerRows& q, int i) const {
+    auto at = [&](const void* row) { return ownLoad4(static_cast<const vnx32f*>(row) + i); };
+    const __m128 sum = _mm_add_ps(_mm_sub_ps(at(s.tl), at(s.tr)), _mm_sub_ps(at(s.br), at(s.bl)));
+    return ownUprightDev4(sum, q, i, _mm_set1_ps(area));
+  }
 };
 
 struct ownUpright32sSfs {
+  static constexpr bool kFour = false;
   float area, scale;
   vnx32s operator()(ownFour<vnx32s> s, ownFour<vnx32s> q) const {
     const float mean = static_cast<float>(wrap((u(s.br) - u(s.tr)) + (u(s.tl) - u(s.bl)))) / area;
@@ -79,10 +111,13 @@ struct ownUpright32sSfs {
 };
 
 // Tilted members (A = tl, B = br, C = bl, D = tr): S = (B - C) + (A - D).
-inline float ownTiltedDev32f(double var) { return std::sqrt(static_cast<float>(var < 0.0 ? 0.0 : var)); }
+inline float ownTiltedDev32f(double var) {
+  return ownCanonicalNaN(std::sqrt(static_cast<float>(var < 0.0 ? 0.0 : var)));
+}
 inline double ownTiltedSqr(ownFour<double> q) { return ((q.br - q.bl) - q.tr) + q.tl; }
 
 struct ownTilted32s32f {
+  static constexpr bool kFour = false;
   float area;
   double areaD;
   float operator()(ownFour<vnx32s> s, ownFour<double> q) const {
@@ -92,6 +127,7 @@ struct ownTilted32s32f {
 };
 
 struct ownTilted32f {
+  static constexpr bool kFour = false;
   double areaD;
   float operator()(ownFour<vnx32f> s, ownFour<double> q) const {
     const double mean = ((static_cast<double>(s.br) - s.bl) + (static_cast<double>(s.tl) - s.tr)) / areaD;
@@ -100,6 +136,7 @@ struct ownTilted32f {
 };
 
 struct ownTilted32sSfs {
+  static constexpr bool kFour = false;
   float area, scale;
   vnx32s operator()(ownFour<vnx32s> s, ownFour<vnx32s> q) const {
     const float mean = static_cast<float>(wrap((u(s.br) - u(s.bl)) + (u(s.tl) - u(s.tr)))) / area;
@@ -112,13 +149,22 @@ struct ownTilted32sSfs {
 
 }  // namespace
 
-// Output rows y0 .. y1 - 1 of one deviation map.
+// Output rows y0 .. y1 - 1 of one deviation map: four outputs at a time where the
+// member has a four-lane form, then one at a time.
 template <class S, class Q, class D, class Formula>
 void ownRectStdDevBand(const S* pSrc, int srcStep, const Q* pSqr, int sqrStep, D* pDst, int dstStep, int width,
                        const ownCorners& c, const Formula& f, int y0, int y1) {
   for (int j = y0; j < y1; ++j) {
     D* out = ownRow(pDst, dstStep, j);
-    for (int i = 0; i < width; ++i) out[i] = f(ownFetch(pSrc, srcStep, c, j, i), ownFetch(pSqr, sqrStep, c, j, i));
+    int i = 0;
+    if constexpr (Formula::kFour) {
+      const ownCornerRows s{ownRow(pSrc, srcStep, j + c.tlRow) + c.tlCol, ownRow(pSrc, srcStep, j + c.trRow) + c.trCol,
+                            ownRow(pSrc, srcStep, j + c.blRow) + c.blCol, ownRow(pSrc, srcStep, j + c.brRow) + c.brCol};
+      const ownCornerRows q{ownRow(pSqr, sqrStep, j + c.tlRow) + c.tlCol, ownRow(pSqr, sqrStep, j + c.trRow) + c.trCol,
+                            ownRow(pSqr, sqrStep, j + c.blRow) + c.blCol, ownRow(pSqr, sqrStep, j + c.brRow) + c.brCol};
+      for (; i + 4 <= width; i += 4) _mm_storeu_ps(out + i, f.four(s, q, i));
+    }
+    for (; i < width; ++i) out[i] = f(ownFetch(pSrc, srcStep, c, j, i), ownFetch(pSqr, sqrStep, c, j, i));
   }
 }
 

@@ -11,6 +11,7 @@
 
 #include "check.h"
 #include "integral.h"
+#include "simd.h"
 
 namespace {
 
@@ -51,21 +52,114 @@ inline vnx32s ownTiltedSqrLast(vnx32s pl, vnx32s pp, vnx32s pr, std::uint32_t sq
 
 }  // namespace
 
-// One table row from the two above it (t, p, pp address column 0).
-template <class S>
-void ownTiltedRow(const vnx8u* s, const S* p, const S* pp, S* t, int w) {
-  t[0] = p[1];
-  for (int x = 1; x < w; ++x) t[x] = ownTiltedEntry(p[x - 1], pp[x], p[x + 1], s[x - 1], s[x]);
-  ownTiltedLast(t[w], p[w - 1], pp[w], p[w + 1], s[w - 1]);
-  t[w + 1] = p[w];
+// Which table of a pair a row belongs to: the sums, or the squares (the same
+// recurrence on squared pixels, the two squares added as integers first).
+enum class ownTiltedTable { Sums, Squares };
+
+// Interior entries x = x0 .. w-1 of a tilted row (t, p, pp address column 0).
+template <ownTiltedTable K, class S>
+void ownTiltedInnerRow(const vnx8u* s, const S* p, const S* pp, S* t, int x0, int w) {
+  for (int x = x0; x < w; ++x) {
+    const std::uint32_t a = s[x - 1], b = s[x];
+    if constexpr (K == ownTiltedTable::Sums)
+      t[x] = ownTiltedEntry(p[x - 1], pp[x], p[x + 1], a, b);
+    else
+      t[x] = ownTiltedSqrEntry(p[x - 1], pp[x], p[x + 1], a * a + b * b);
+  }
 }
 
-template <class Q>
-void ownTiltedSqrRow(const vnx8u* s, const Q* p, const Q* pp, Q* t, int w) {
-  auto sq = [](unsigned v) { return v * v; };
+namespace {
+
+// Sixteen pixel pairs (s[x-1], s[x]) from a = s + x - 1: the lanes of a and b = a + 1
+// widened to 16 bits, low and high eight.
+struct ownPairs16 {
+  __m128i a[2], b[2];
+  explicit ownPairs16(const vnx8u* p) {
+    const __m128i z = _mm_setzero_si128(), va = ownLoad(p), vb = ownLoad(p + 1);
+    a[0] = _mm_unpacklo_epi8(va, z), a[1] = _mm_unpackhi_epi8(va, z);
+    b[0] = _mm_unpacklo_epi8(vb, z), b[1] = _mm_unpackhi_epi8(vb, z);
+  }
+  // Lanes 4k .. 4k+3 of a + b, or of a^2 + b^2 (the pairs (a, b) multiplied and
+  // added by the 16-bit multiply-add), as 32-bit integers.
+  __m128i sum(int k) const {
+    const __m128i v = _mm_add_epi16(a[k >> 1], b[k >> 1]);
+    return (k & 1) ? _mm_unpackhi_epi16(v, _mm_setzero_si128()) : _mm_unpacklo_epi16(v, _mm_setzero_si128());
+  }
+  __m128i squares(int k) const {
+    const __m128i v = (k & 1) ? _mm_unpackhi_epi16(a[k >> 1], b[k >> 1]) : _mm_unpacklo_epi16(a[k >> 1], b[k >> 1]);
+    return _mm_madd_epi16(v, v);
+  }
+  __m128i first(int k) const { return ownWiden16To32(a[k >> 1], k & 1); }
+  __m128i second(int k) const { return ownWiden16To32(b[k >> 1], k & 1); }
+  static __m128i ownWiden16To32(__m128i v, int high) {
+    return high ? _mm_unpackhi_epi16(v, _mm_setzero_si128()) : _mm_unpacklo_epi16(v, _mm_setzero_si128());
+  }
+};
+
+// Four entries x .. x+3 from 32-bit lanes of pair sums (or squares).
+inline void ownTiltedStore4(const vnx32s* p, const vnx32s* pp, vnx32s* t, int x, const ownPairs16& v, int k) {
+  const __m128i e = _mm_add_epi32(_mm_add_epi32(v.sum(k), ownLoad(p + x - 1)), ownLoad(p + x + 1));
+  ownStore(t + x, _mm_sub_epi32(e, ownLoad(pp + x)));
+}
+// ((P[x-1] - PP[x]) + P[x+1]) + s[x-1] + s[x] in double, two lanes at a time, rounded once.
+inline __m128 ownTiltedHalf32f(const vnx32f* p, const vnx32f* pp, int x, __m128i s0, __m128i s1) {
+  const __m128d l = _mm_cvtps_pd(_mm_castsi128_ps(ownLoad64(p + x - 1)));
+  const __m128d r = _mm_cvtps_pd(_mm_castsi128_ps(ownLoad64(p + x + 1)));
+  const __m128d u = _mm_cvtps_pd(_mm_castsi128_ps(ownLoad64(pp + x)));
+  const __m128d e = _mm_add_pd(_mm_add_pd(_mm_add_pd(_mm_sub_pd(l, u), r), _mm_cvtepi32_pd(s0)), _mm_cvtepi32_pd(s1));
+  return _mm_cvtpd_ps(e);
+}
+inline void ownTiltedStore4(const vnx32f* p, const vnx32f* pp, vnx32f* t, int x, const ownPairs16& v, int k) {
+  const __m128i s0 = v.first(k), s1 = v.second(k);
+  const __m128 lo = ownTiltedHalf32f(p, pp, x, s0, s1);
+  const __m128 hi = ownTiltedHalf32f(p, pp, x + 2, _mm_srli_si128(s0, 8), _mm_srli_si128(s1, 8));
+  _mm_storeu_ps(t + x, _mm_movelh_ps(lo, hi));
+}
+inline void ownTiltedSqrStore4(const vnx32s* p, const vnx32s* pp, vnx32s* t, int x, const ownPairs16& v, int k) {
+  const __m128i e = _mm_add_epi32(_mm_sub_epi32(_mm_add_epi32(v.squares(k), ownLoad(p + x - 1)), ownLoad(pp + x)),
+                                  ownLoad(p + x + 1));
+  ownStore(t + x, e);
+}
+// ((sq + QP[x-1]) - QPP[x]) + QP[x+1] in double, two lanes at a time.
+inline void ownTiltedSqrStore4(const vnx64f* p, const vnx64f* pp, vnx64f* t, int x, const ownPairs16& v, int k) {
+  const __m128i sq = v.squares(k);
+  for (int h = 0; h < 2; ++h, x += 2) {
+    const __m128d q = _mm_cvtepi32_pd(h ? _mm_srli_si128(sq, 8) : sq);
+    const __m128d e = _mm_add_pd(_mm_sub_pd(_mm_add_pd(q, _mm_loadu_pd(p + x - 1)), _mm_loadu_pd(pp + x)),
+                                 _mm_loadu_pd(p + x + 1));
+    _mm_storeu_pd(t + x, e);
+  }
+}
+
+}  // namespace
+
+// Sixteen interior entries a step (x + 15 <= w - 1: every read stays in the rows),
+// then the template for the rest. Each lane repeats the scalar operations.
+template <ownTiltedTable K, class S>
+void ownTiltedInnerRow_sse2(const vnx8u* s, const S* p, const S* pp, S* t, int w) {
+  int x = 1;
+  for (; x + 16 <= w; x += 16) {
+    const ownPairs16 v(s + x - 1);
+    for (int k = 0; k < 4; ++k) {
+      if constexpr (K == ownTiltedTable::Sums)
+        ownTiltedStore4(p, pp, t, x + 4 * k, v, k);
+      else
+        ownTiltedSqrStore4(p, pp, t, x + 4 * k, v, k);
+    }
+  }
+  ownTiltedInnerRow<K>(s, p, pp, t, x, w);
+}
+
+// One table row from the two above it (t, p, pp address column 0).
+template <ownTiltedTable K, class S>
+void ownTiltedRow(const vnx8u* s, const S* p, const S* pp, S* t, int w) {
+  const std::uint32_t last = s[w - 1];
   t[0] = p[1];
-  for (int x = 1; x < w; ++x) t[x] = ownTiltedSqrEntry(p[x - 1], pp[x], p[x + 1], sq(s[x - 1]) + sq(s[x]));
-  t[w] = ownTiltedSqrLast(p[w - 1], pp[w], p[w + 1], sq(s[w - 1]));
+  ownTiltedInnerRow_sse2<K>(s, p, pp, t, w);
+  if constexpr (K == ownTiltedTable::Sums)
+    ownTiltedLast(t[w], p[w - 1], pp[w], p[w + 1], last);
+  else
+    t[w] = ownTiltedSqrLast(p[w - 1], pp[w], p[w + 1], last * last);
   t[w + 1] = p[w];
 }
 
@@ -81,9 +175,11 @@ void ownTiltedImage(const vnx8u* pSrc, int srcStep, S* pDst, int dstStep, Q* pSq
   }
   for (int r = 0; r < roi.height; ++r) {
     const vnx8u* s = ownRow(pSrc, srcStep, r);
-    ownTiltedRow(s, ownRow(pDst, dstStep, r + 1), ownRow(pDst, dstStep, r), ownRow(pDst, dstStep, r + 2), w);
+    ownTiltedRow<ownTiltedTable::Sums>(s, ownRow(pDst, dstStep, r + 1), ownRow(pDst, dstStep, r),
+                                       ownRow(pDst, dstStep, r + 2), w);
     if (pSqr)
-      ownTiltedSqrRow(s, ownRow(pSqr, sqrStep, r + 1), ownRow(pSqr, sqrStep, r), ownRow(pSqr, sqrStep, r + 2), w);
+      ownTiltedRow<ownTiltedTable::Squares>(s, ownRow(pSqr, sqrStep, r + 1), ownRow(pSqr, sqrStep, r),
+                                            ownRow(pSqr, sqrStep, r + 2), w);
   }
 }
 

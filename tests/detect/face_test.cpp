@@ -1,0 +1,52 @@
+// The face-detection example against the cascade detector of OpenCV on a packaged
+// photograph: the same cascade, scale step 1.1 and grouping of three neighbours give
+// the same faces, each box overlapping its twin by at least half. Skipped where
+// OpenCV's detector, the cascade or the photograph is missing.
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "../../examples/face/face_detector.h"
+
+#ifdef VNX_HAVE_OPENCV_OBJDETECT
+#include <opencv2/imgcodecs.hpp>
+#include <opencv2/objdetect.hpp>
+#endif
+
+namespace {
+
+const char* kCascade = "/usr/share/opencv4/haarcascades/haarcascade_frontalface_default.xml";
+const char* kPhoto = "/usr/share/doc/opencv-doc/examples/data/messi5.jpg";
+
+double overlap(const vnxface::Box& a, const vnxface::Box& b) {
+  const int w = std::min(a.x + a.width, b.x + b.width) - std::max(a.x, b.x);
+  const int h = std::min(a.y + a.height, b.y + b.height) - std::max(a.y, b.y);
+  if (w <= 0 || h <= 0) return 0.0;
+  const double inter = double(w) * h;
+  return inter / (double(a.width) * a.height + double(b.width) * b.height - inter);
+}
+
+TEST(FaceExample, FindsTheFacesOpenCVFindsOnThePackagedPhotograph) {
+#ifndef VNX_HAVE_OPENCV_OBJDETECT
+  GTEST_SKIP() << "OpenCV's object detection module is not available";
+#else
+  if (!std::ifstream(kCascade) || !std::ifstream(kPhoto)) GTEST_SKIP() << "opencv-data or opencv-doc not installed";
+  const cv::Mat photo = cv::imread(kPhoto, cv::IMREAD_GRAYSCALE);
+  ASSERT_FALSE(photo.empty());
+  cv::CascadeClassifier theirs(kCascade);
+  std::vector<cv::Rect> expect;
+  theirs.detectMultiScale(photo, expect, 1.1, 3);
+  vnxface::Cascade cascade;
+  ASSERT_TRUE(vnxface::readCascade(kCascade, cascade) && !expect.empty());
+  vnxface::Detector ours(cascade);
+  const std::vector<vnxface::Box> got = ours.detect(photo.data, int(photo.step), {photo.cols, photo.rows}, 1.1, 3);
+  EXPECT_EQ(expect.size(), got.size());
+  for (const cv::Rect& r : expect) {
+    double best = 0.0;
+    for (const vnxface::Box& b : got) best = std::max(best, overlap(b, {r.x, r.y, r.width, r.height}));
+    EXPECT_GE(best, 0.5) << "face at " << r.x << "," << r.y << " size " << r.width;
+  }
+#endif
+}
+
+}  // namespace
