@@ -252,7 +252,9 @@ vnxStatus ownFlow_omp(const vnxiPyramid* pPyr1, const vnxiPyramid* pPyr2, const 
   }
   for (int i = 0; i < numFeat; ++i) pStatus[i] = static_cast<vnx8u>(maxLev + 1);
   const ownFlowArgs args{pPyr1, pPyr2, pPrev, pNext, pStatus, pError, winSize, maxLev, maxIter, threshold};
-  int chunks = ownBandCount(vnxiSize{numFeat, 1}, kOwnBandsFlowFeatures);
+  // Features count as rows of one pixel each: the policy's row test then asks for one
+  // feature a chunk at least, its pixel test for eight a thread.
+  int chunks = ownBandCount(vnxiSize{1, numFeat}, kOwnBandsFlowFeatures);
   chunks = std::min(std::min(chunks, s->threads), numFeat);
   using P = typename ownFlowType<T>::P;
   ownRunBands(ownBandSplit{numFeat, chunks}, [&](int b, int i0, int i1) {
