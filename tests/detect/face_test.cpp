@@ -15,8 +15,8 @@
 
 namespace {
 
-const char* kCascade = "/usr/share/opencv4/haarcascades/haarcascade_frontalface_default.xml";
-const char* kPhoto = "/usr/share/doc/opencv-doc/examples/data/messi5.jpg";
+const char* const kCascade = "/usr/share/opencv4/haarcascades/haarcascade_frontalface_default.xml";
+const char* const kPhoto = "/usr/share/doc/opencv-doc/examples/data/messi5.jpg";
 
 TEST(FaceExample, FindsTheFacesOpenCVFindsOnThePackagedPhotograph) {
 #ifndef VNX_HAVE_OPENCV_OBJDETECT
