@@ -7,7 +7,6 @@
 
 namespace {
 
-using vt::Guard;
 using vt::Image;
 
 std::uint32_t U(int v) { return static_cast<std::uint32_t>(v); }
@@ -15,25 +14,19 @@ int wrapSum(int a, int b, int c, int d) { return int((U(a) - U(b)) + (U(c) - U(d
 
 struct Tables {
   Image<vnx8u> src;
-  Image<int> s32;
+  Image<int> s32, q32;
   Image<float> s32f;
   Image<double> q64;
-  Image<int> q32;
   Tables(int w, int h, bool tilted, bool flat)
-      : src(w, h), s32(w + 1 + tilted, h + 1 + tilted, 1, 4), s32f(w + 1 + tilted, h + 1 + tilted, 1, 4),
-        q64(w + 1 + tilted, h + 1 + tilted, 1, 8), q32(w + 1 + tilted, h + 1 + tilted, 1, 4) {
+      : src(w, h), s32(w + 1 + tilted, h + 1 + tilted, 1, 4), q32(w + 1 + tilted, h + 1 + tilted, 1, 4),
+        s32f(w + 1 + tilted, h + 1 + tilted, 1, 4), q64(w + 1 + tilted, h + 1 + tilted, 1, 8) {
     std::mt19937 rng(w * 31 + h);
     if (flat) src.fill([](int, int, int) { return 201; }); else vt::fillRandom(src, rng);
-    s32f.fill([](int, int, int) { return 0; });
-    if (tilted) {
-      vnxiTiltedSqrIntegral_8u32s64f_C1R(src.ptr(), src.step(), s32.ptr(), s32.step(), q64.ptr(), q64.step(), src.size(), 0, 0);
-      vnxiTiltedSqrIntegral_8u32f64f_C1R(src.ptr(), src.step(), s32f.ptr(), s32f.step(), q64.ptr(), q64.step(), src.size(), 0, 0);
-      vnxiTiltedSqrIntegral_8u32s_C1R(src.ptr(), src.step(), s32.ptr(), s32.step(), q32.ptr(), q32.step(), src.size(), 0, 0);
-    } else {
-      vnxiSqrIntegral_8u32s64f_C1R(src.ptr(), src.step(), s32.ptr(), s32.step(), q64.ptr(), q64.step(), src.size(), 0, 0);
-      vnxiSqrIntegral_8u32f64f_C1R(src.ptr(), src.step(), s32f.ptr(), s32f.step(), q64.ptr(), q64.step(), src.size(), 0, 0);
-      vnxiSqrIntegral_8u32s_C1R(src.ptr(), src.step(), s32.ptr(), s32.step(), q32.ptr(), q32.step(), src.size(), 0, 0);
-    }
+    const vnx8u* p = src.ptr();
+    const int ps = src.step();
+    (tilted ? vnxiTiltedSqrIntegral_8u32s64f_C1R : vnxiSqrIntegral_8u32s64f_C1R)(p, ps, s32.ptr(), s32.step(), q64.ptr(), q64.step(), src.size(), 0, 0);
+    (tilted ? vnxiTiltedSqrIntegral_8u32f64f_C1R : vnxiSqrIntegral_8u32f64f_C1R)(p, ps, s32f.ptr(), s32f.step(), q64.ptr(), q64.step(), src.size(), 0, 0);
+    (tilted ? vnxiTiltedSqrIntegral_8u32s_C1R : vnxiSqrIntegral_8u32s_C1R)(p, ps, s32.ptr(), s32.step(), q32.ptr(), q32.step(), src.size(), 0, 0);
   }
 };
 
@@ -83,45 +76,44 @@ double refTilted(const Tables& t, Member m, vnxiRect r, int j, int i, int c0, in
 
 template <class D>
 vnxStatus call(const Tables& t, Member m, bool tilted, int c0, D* dst, int dstStep, vnxiSize roi, vnxiRect r, int sf) {
-  const int* s32 = t.s32.ptr() + c0;
-  const float* s32f = t.s32f.ptr() + c0;
   const double* q64 = t.q64.ptr() + c0;
-  const int* q32 = t.q32.ptr() + c0;
   if constexpr (std::is_same<D, float>::value) {
     if (m == Member::F32)
-      return tilted ? vnxiTiltedRectStdDev_32f_C1R(s32f, t.s32f.step(), q64, t.q64.step(), dst, dstStep, roi, r)
-                    : vnxiRectStdDev_32f_C1R(s32f, t.s32f.step(), q64, t.q64.step(), dst, dstStep, roi, r);
-    return tilted ? vnxiTiltedRectStdDev_32s32f_C1R(s32, t.s32.step(), q64, t.q64.step(), dst, dstStep, roi, r)
-                  : vnxiRectStdDev_32s32f_C1R(s32, t.s32.step(), q64, t.q64.step(), dst, dstStep, roi, r);
+      return (tilted ? vnxiTiltedRectStdDev_32f_C1R : vnxiRectStdDev_32f_C1R)(t.s32f.ptr() + c0, t.s32f.step(), q64, t.q64.step(), dst, dstStep, roi, r);
+    return (tilted ? vnxiTiltedRectStdDev_32s32f_C1R : vnxiRectStdDev_32s32f_C1R)(t.s32.ptr() + c0, t.s32.step(), q64, t.q64.step(), dst, dstStep, roi, r);
   } else {
-    return tilted ? vnxiTiltedRectStdDev_32s_C1RSfs(s32, t.s32.step(), q32, t.q32.step(), dst, dstStep, roi, r, sf)
-                  : vnxiRectStdDev_32s_C1RSfs(s32, t.s32.step(), q32, t.q32.step(), dst, dstStep, roi, r, sf);
+    return (tilted ? vnxiTiltedRectStdDev_32s_C1RSfs : vnxiRectStdDev_32s_C1RSfs)(t.s32.ptr() + c0, t.s32.step(), t.q32.ptr() + c0, t.q32.step(), dst, dstStep, roi, r, sf);
   }
 }
 
+// Every rectangle on ROIs up to one of several bands, each position against the
+// reference; on the banded ROI at every thread count.
 template <class D>
 void checkMember(Member m, bool tilted, bool flat, int sf) {
   const vnxiRect rects[] = {{0, 0, 1, 1}, {1, 2, 3, 2}, {2, 1, 5, 4}};
   for (const vnxiRect& r : rects)
-    for (vnxiSize roi : {vnxiSize{1, 1}, vnxiSize{7, 3}, vnxiSize{17, 5}}) {
+    for (vnxiSize roi : {vnxiSize{1, 1}, vnxiSize{7, 3}, vnxiSize{17, 5}, vnxiSize{200, 40}}) {
       const int tw = roi.width + r.x + r.width + (tilted ? r.y + r.height + 2 : 0);
       const int th = roi.height + r.y + r.height + (tilted ? r.x + r.width : 0);
       Tables t(tw, th, tilted, flat);
       const int c0 = tilted ? r.y + r.height : 0;
-      Image<D> dst(roi.width, roi.height, 1, 4);
-      dst.fill([](int, int, int) { return D(-3); });
-      ASSERT_EQ(vnxStatusOk, call(t, m, tilted, c0, dst.ptr(), dst.step(), roi, r, sf));
-      EXPECT_TRUE(dst.canaryIntact());
-      for (int j = 0; j < roi.height; ++j)
-        for (int i = 0; i < roi.width; ++i) {
-          const D e = D(tilted ? refTilted(t, m, r, j, i, c0, sf) : refUpright(t, m, r, j, i, sf));
-          ASSERT_EQ(vt::bits(float(e)), vt::bits(float(dst.at(i, j)))) << int(m) << " tilted " << tilted << " at " << i << "," << j;
-          if (flat) { EXPECT_EQ(D(0), dst.at(i, j)); }
-        }
+      for (int n : roi.height > 5 ? vt::threadCounts() : std::vector<int>{1}) {
+        vt::Threads threads(n);
+        Image<D> dst(roi.width, roi.height, 1, 4);
+        dst.fill([](int, int, int) { return D(-3); });
+        ASSERT_EQ(vnxStatusOk, call(t, m, tilted, c0, dst.ptr(), dst.step(), roi, r, sf));
+        EXPECT_TRUE(dst.canaryIntact());
+        for (int j = 0; j < roi.height; ++j)
+          for (int i = 0; i < roi.width; ++i) {
+            const D e = D(tilted ? refTilted(t, m, r, j, i, c0, sf) : refUpright(t, m, r, j, i, sf));
+            ASSERT_EQ(vt::bits(float(e)), vt::bits(float(dst.at(i, j)))) << int(m) << " tilted " << tilted << " at " << i << "," << j;
+            if (flat && roi.height <= 5) { EXPECT_EQ(D(0), dst.at(i, j)); }  // square sums still exact in float
+          }
+      }
     }
 }
 
-TEST(RectStdDev, EveryMemberMatchesItsOwnPrecisionRules) {
+TEST(RectStdDev, EveryMemberMatchesItsOwnPrecisionRulesAtEveryThreadCount) {
   for (bool tilted : {false, true})
     for (bool flat : {false, true}) {
       checkMember<float>(Member::S32F, tilted, flat, 0);
@@ -130,28 +122,7 @@ TEST(RectStdDev, EveryMemberMatchesItsOwnPrecisionRules) {
     }
 }
 
-TEST(RectStdDev, ParallelBandsGiveTheSerialResult) {
-  Tables t(300, 60, false, false);
-  const vnxiSize roi{290, 50};
-  const vnxiRect r{3, 2, 7, 8};
-  std::vector<float> serial;
-  for (int n : vt::threadCounts()) {
-    vt::Threads th(n);
-    Image<float> dst(roi.width, roi.height, 1, 4);
-    ASSERT_EQ(vnxStatusOk, vnxiRectStdDev_32f_C1R(t.s32f.ptr(), t.s32f.step(), t.q64.ptr(), t.q64.step(), dst.ptr(),
-                                                   dst.step(), roi, r));
-    if (n == 1) serial = dst.pixels(); else VT_EXPECT_SAME_SAMPLES(serial, dst.pixels());
-  }
-}
-
-struct RectCase {
-  const char* what;
-  bool nullSrc, nullSqr, nullDst;
-  vnxiSize roi;
-  int srcDelta, sqrDelta, dstDelta;
-  vnxiRect rect;
-  vnxStatus expect;
-};
+struct RectCase { const char* what; bool nullSrc, nullSqr, nullDst; vnxiSize roi; int srcDelta, sqrDelta, dstDelta; vnxiRect rect; vnxStatus expect; };
 
 TEST(RectStdDev, StatusesComeInTheirFixedOrderWithTheRectangleLast) {
   const vnxiRect ok{1, 1, 2, 2};
