@@ -1,10 +1,13 @@
 // Reference pieces of the linear-filter tests, written from the contract: the pixel
-// that stands for a position beyond a line, and the rounded division.
+// that stands for a position beyond a line, the rounded division and saturation, and
+// sample values with the float specials.
 #pragma once
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 #include <random>
 #include <type_traits>
 
@@ -32,6 +35,14 @@ inline long long roundDiv(long long s, long long d) {
   const long long a = std::llabs(s), b = std::llabs(d), q = (2 * a + b) / (2 * b);
   return (s < 0) != (d < 0) ? -q : q;
 }
+inline long long clampTo(long long v, long long lo, long long hi) { return std::min(std::max(v, lo), hi); }
+
+// An exact integer sum as an integer result of type D: divided to nearest, saturated.
+template <class D>
+D saturatedQuotient(long long s, long long divisor) {
+  return D(clampTo(roundDiv(s, divisor), std::numeric_limits<D>::min(), std::numeric_limits<D>::max()));
+}
+
 // The one NaN of the library for a NaN result, other values as they are.
 inline float canonical(float v) {
   const unsigned nan = 0xFFC00000u;
@@ -44,17 +55,18 @@ inline T canonical(T v) {
   return v;
 }
 
-// A float sample v, now and then replaced by a NaN of some payload and sign or an
-// infinity; other types as they are.
+// Float sample kinds: integers now and then replaced by a NaN of some payload and sign
+// or an infinity; multiples of the smallest denormal; negative zeros. Other types take v.
+enum class Values { Specials, Denormals, NegativeZeros };
 template <class T>
-inline T withSpecials(std::mt19937& rng, int v) {
-  if (!std::is_same<T, float>::value || rng() % 24 != 0) return T(v);
+inline T withSpecials(std::mt19937& rng, int v, Values kind = Values::Specials) {
+  if (!std::is_same<T, float>::value) return T(v);
+  if (kind != Values::Specials) return T(kind == Values::Denormals ? std::ldexp(float(v), -149) : -0.0f);
+  if (rng() % 24 != 0) return T(v);
   const unsigned bits[] = {0x7FC00000u, 0xFFC00000u, 0x7F800001u, 0xFFA5A5A5u, 0x7F800000u, 0xFF800000u};
   float f;
   std::memcpy(&f, &bits[rng() % 6], 4);
   return T(f);
 }
-
-inline long long clampTo(long long v, long long lo, long long hi) { return std::min(std::max(v, lo), hi); }
 
 }  // namespace vt

@@ -7,10 +7,7 @@
 
 namespace {
 
-struct Weights {
-  long long w[4];  // 00, 10, 01, 11
-  float f[4];
-};
+struct Weights { long long w[4]; float f[4]; };  // 00, 10, 01, 11
 Weights weights(float fx, float fy) {
   const long long ax = (long long)(fx * 16384.0f + 0.5f), ay = (long long)(fy * 16384.0f + 0.5f);
   Weights r;
@@ -77,8 +74,13 @@ TEST(CopySubpix, MatchesReferenceEveryMember) {
 }
 
 // The window reference: corner, inside range, clamped source rows and columns.
-template <class S, class D>
-void checkWindow(vnxiSize srcRoi, vnxiSize win, float px, float py, int shift, std::mt19937& rng) {
+#define VT_WINDOW(fn)                                                                                      \
+  [](auto s, int ss, vnxiSize sr, auto d, int ds, vnxiSize w, vnxiPoint32f p, vnxiPoint* lo, vnxiPoint* hi, int) { \
+    return fn(s, ss, sr, d, ds, w, p, lo, hi);                                                              \
+  }
+
+template <class S, class D, class F>
+void checkWindow(F fn, vnxiSize srcRoi, vnxiSize win, float px, float py, int shift, std::mt19937& rng) {
   vt::Image<S> src(srcRoi.width, srcRoi.height, 1, 4, vt::Guard::Before);
   vt::fillRandom(src, rng);
   if constexpr (std::is_same<S, float>::value) src.fill([&](int, int, int) { return float(rng() % 5000) / 7.0f; });
@@ -102,20 +104,8 @@ void checkWindow(vnxiSize srcRoi, vnxiSize win, float px, float py, int shift, s
   range(iy, win.height, srcRoi.height, lo.y, hi.y);
   vt::Image<D> dst(win.width, win.height, 1, 4);
   vnxiPoint pMin{-9, -9}, pMax{-9, -9};
-  vnxStatus st;
-  if constexpr (std::is_same<D, vnx16u>::value && std::is_same<S, vnx8u>::value)
-    st = vnxiCopySubpixIntersect_8u16u_C1R_Sfs(src.ptr(), src.step(), srcRoi, dst.ptr(), dst.step(), win, {px, py}, &pMin, &pMax, shift - 14);
-  else if constexpr (std::is_same<S, vnx8u>::value && std::is_same<D, vnx8u>::value)
-    st = vnxiCopySubpixIntersect_8u_C1R(src.ptr(), src.step(), srcRoi, dst.ptr(), dst.step(), win, {px, py}, &pMin, &pMax);
-  else if constexpr (std::is_same<S, vnx8u>::value)
-    st = vnxiCopySubpixIntersect_8u32f_C1R(src.ptr(), src.step(), srcRoi, dst.ptr(), dst.step(), win, {px, py}, &pMin, &pMax);
-  else if constexpr (std::is_same<S, vnx16u>::value && std::is_same<D, vnx16u>::value)
-    st = vnxiCopySubpixIntersect_16u_C1R(src.ptr(), src.step(), srcRoi, dst.ptr(), dst.step(), win, {px, py}, &pMin, &pMax);
-  else if constexpr (std::is_same<S, vnx16u>::value)
-    st = vnxiCopySubpixIntersect_16u32f_C1R(src.ptr(), src.step(), srcRoi, dst.ptr(), dst.step(), win, {px, py}, &pMin, &pMax);
-  else
-    st = vnxiCopySubpixIntersect_32f_C1R(src.ptr(), src.step(), srcRoi, dst.ptr(), dst.step(), win, {px, py}, &pMin, &pMax);
-  ASSERT_EQ(st, vnxStatusOk);
+  ASSERT_EQ(fn(src.ptr(), src.step(), srcRoi, dst.ptr(), dst.step(), win, {px, py}, &pMin, &pMax, shift - 14),
+            vnxStatusOk);
   EXPECT_EQ(pMin.x, lo.x);
   EXPECT_EQ(pMin.y, lo.y);
   EXPECT_EQ(pMax.x, hi.x);
@@ -131,13 +121,13 @@ TEST(CopySubpixIntersect, MatchesReferenceInsideAtEdgesAndOutside) {
   for (vnxiSize win : {vnxiSize{1, 1}, vnxiSize{7, 7}, vnxiSize{23, 23}, vnxiSize{4, 9}})
     for (auto p : points) {
       SCOPED_TRACE(testing::Message() << win.width << "x" << win.height << " at " << p[0] << "," << p[1]);
-      checkWindow<vnx8u, vnx16u>({21, 15}, win, p[0], p[1], 7, rng);
-      checkWindow<vnx8u, vnx8u>({21, 15}, win, p[0], p[1], 14, rng);
-      checkWindow<vnx8u, vnx32f>({21, 15}, win, p[0], p[1], 0, rng);
-      checkWindow<vnx16u, vnx16u>({21, 15}, win, p[0], p[1], 14, rng);
-      checkWindow<vnx16u, vnx32f>({21, 15}, win, p[0], p[1], 0, rng);
-      checkWindow<vnx32f, vnx32f>({1, 1}, win, p[0], p[1], 0, rng);
-      checkWindow<vnx32f, vnx32f>({21, 15}, win, p[0], p[1], 0, rng);
+      checkWindow<vnx8u, vnx16u>(vnxiCopySubpixIntersect_8u16u_C1R_Sfs, {21, 15}, win, p[0], p[1], 7, rng);
+      checkWindow<vnx8u, vnx8u>(VT_WINDOW(vnxiCopySubpixIntersect_8u_C1R), {21, 15}, win, p[0], p[1], 14, rng);
+      checkWindow<vnx8u, vnx32f>(VT_WINDOW(vnxiCopySubpixIntersect_8u32f_C1R), {21, 15}, win, p[0], p[1], 0, rng);
+      checkWindow<vnx16u, vnx16u>(VT_WINDOW(vnxiCopySubpixIntersect_16u_C1R), {21, 15}, win, p[0], p[1], 14, rng);
+      checkWindow<vnx16u, vnx32f>(VT_WINDOW(vnxiCopySubpixIntersect_16u32f_C1R), {21, 15}, win, p[0], p[1], 0, rng);
+      checkWindow<vnx32f, vnx32f>(VT_WINDOW(vnxiCopySubpixIntersect_32f_C1R), {1, 1}, win, p[0], p[1], 0, rng);
+      checkWindow<vnx32f, vnx32f>(VT_WINDOW(vnxiCopySubpixIntersect_32f_C1R), {21, 15}, win, p[0], p[1], 0, rng);
     }
 }
 

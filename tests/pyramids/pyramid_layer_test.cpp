@@ -116,7 +116,7 @@ std::vector<vnx8u> layerRef(const vt::Image<vnx8u>& src, const std::vector<short
 TEST(PyramidLayer, Down8uMatchesReferenceAtEveryRateAndThreadCount) {
   std::mt19937 rng(11);
   const std::vector<std::vector<short>> kernels = {{1, 2, 1}, {1, 4, 6, 4, 1}, {-1, 3, 9, 3, -1}, {1, 1, 1, 1, 1, 1, 1}};
-  for (float r : {2.0f, 2.00001f, 1.5f, 3.3f})
+  for (float r : {2.0f, 2.00001f, 2.00003f, 1.5f, 3.3f})
     for (const auto& kernel : kernels)
       for (vnxiSize roi : {vnxiSize{1, 1}, vnxiSize{5, 3}, vnxiSize{37, 29}, vnxiSize{120, 90}}) {
         vt::Image<vnx8u> src(roi.width, roi.height, 1, 3);
@@ -157,15 +157,7 @@ TEST(PyramidLayer, AsymmetricKernelWarnsAndIsMirrored) {
   ASSERT_EQ(vnxiPyramidLayerDown_32f_C1R(src.ptr(), src.step(), src.size(), da.ptr(), da.step(), {17, 9}, a), vnxStatusOk);
   ASSERT_EQ(vnxiPyramidLayerDown_32f_C1R(src.ptr(), src.step(), src.size(), db.ptr(), db.step(), {17, 9}, b), vnxStatusOk);
   VT_EXPECT_SAME_SAMPLES(db.pixels(), da.pixels());
-  // 2.00001 takes the rate-2 path (same bits as 2.0); 2.00003 blends
-  vnxiPyramidState *c = nullptr, *e = nullptr;
-  ASSERT_EQ(vnxiPyramidLayerDownInitAlloc_32f_C1R(&c, src.size(), 2.00001f, good, 5, 2), vnxStatusOk);
-  ASSERT_EQ(vnxiPyramidLayerDownInitAlloc_32f_C1R(&e, src.size(), 2.00003f, good, 5, 2), vnxStatusOk);
-  ASSERT_EQ(vnxiPyramidLayerDown_32f_C1R(src.ptr(), src.step(), src.size(), da.ptr(), da.step(), {17, 9}, c), vnxStatusOk);
-  VT_EXPECT_SAME_SAMPLES(db.pixels(), da.pixels());
-  ASSERT_EQ(vnxiPyramidLayerDown_32f_C1R(src.ptr(), src.step(), src.size(), da.ptr(), da.step(), {17, 9}, e), vnxStatusOk);
-  EXPECT_NE(db.pixels(), da.pixels());
-  for (vnxiPyramidState* s : {a, b, c, e}) EXPECT_EQ(vnxiPyramidLayerDownFree_32f_C1R(s), vnxStatusOk);
+  for (vnxiPyramidState* s : {a, b}) EXPECT_EQ(vnxiPyramidLayerDownFree_32f_C1R(s), vnxStatusOk);
 }
 
 TEST(PyramidLayer, CheckOrder) {
