@@ -5,18 +5,14 @@
 // order of the additions gives the same double, plus NaN and infinities where a
 // NaN result must stay NaN.
 #include <cmath>
+#include <cstring>
 #include <limits>
+#include <string>
 
 #include "stats/vncvmean.h"
-#include "stats_support.h"
+#include "support.h"
 
 namespace {
-
-// Rows sit at any byte: samples are written with memcpy, never through a misaligned reference.
-template <class T>
-void put(const vt::Span<T>& row, int x, T v) {
-  std::memcpy(row.data() + x, &v, sizeof v);
-}
 
 template <class A>
 bool same(A a, A b) {
@@ -53,73 +49,67 @@ void checkRowKernels(const Src& src, const vnx8u* sel, int n, const std::string&
   EXPECT_TRUE(same(mn, mn2) && same(mx, mx2)) << what << " extrema";
 }
 
-// Integer sources: plain, |s| and |s1 - s2|; the count of a mask row; the byte kernel.
+// Plain, |s| and |s1 - s2| sources; the count of a mask row; the byte kernel, whose
+// lanes carry on over a second row; 32f: the aligned kernel, the deviation pass and
+// a few NaN and infinite samples in a second round.
 template <class T>
-void checkIntegerType() {
+void checkType() {
+  constexpr bool flt = std::is_same<T, vnx32f>::value;
+  using Plain = typename std::conditional<flt, ownPlainSrc32f<>, ownPlainSrc<T>>::type;
+  using Abs = typename std::conditional<flt, ownAbsSrc32f, ownAbsSrc<T>>::type;
+  using AbsDiff = typename std::conditional<flt, ownAbsDiffSrc32f, ownAbsDiffSrc<T>>::type;
+  const float inf = std::numeric_limits<float>::infinity();
+  const float specials[] = {vt::fromBits(0x7FC00001u), vt::fromBits(0xFFC00000u), vt::fromBits(0x7F800123u), inf, -inf};
   std::mt19937 rng(41);
+  auto sample = [&]() { return flt ? T(float(int(rng() % 4001) - 2000) / 256) : vt::randomSample<T>(rng); };
   vt::forKernelShapes(16 / int(sizeof(T)), [&](int w, int off, vt::Guard g) {
     vt::Span<T> a(w, off, g), b(w, 15 - off, g);
     vt::Span<vnx8u> sel(w, off, g);
-    for (int x = 0; x < w; ++x)
-      put(a, x, vt::randomSample<T>(rng)), put(b, x, vt::randomSample<T>(rng)), sel[x] = rng() % 3 ? 0 : vnx8u(rng());
-    const std::string what = std::to_string(w) + " at " + std::to_string(off);
-    for (const vnx8u* s : {static_cast<const vnx8u*>(nullptr), static_cast<const vnx8u*>(sel.data())}) {
-      checkRowKernels(ownPlainSrc<T>{a.data()}, s, w, what + " plain");
-      checkRowKernels(ownAbsSrc<T>{a.data()}, s, w, what + " abs");
-      checkRowKernels(ownAbsDiffSrc<T>{a.data(), b.data()}, s, w, what + " absdiff");
+    for (int x = 0; x < w; ++x) a[x] = sample(), b[x] = sample(), sel[x] = rng() % 3 ? 0 : vnx8u(1 + rng() % 255);
+    for (int special = 0; special < (flt ? 2 : 1); ++special) {
+      if constexpr (flt)
+        if (special && w)
+          for (int i = 0; i < 3; ++i) a[rng() % w] = specials[rng() % 5];
+      const std::string what = std::to_string(w) + " at " + std::to_string(off) + (special ? " special" : "");
+      for (const vnx8u* s : {static_cast<const vnx8u*>(nullptr), static_cast<const vnx8u*>(sel.data())}) {
+        checkRowKernels(Plain{a.data()}, s, w, what + " plain");
+        checkRowKernels(Abs{a.data()}, s, w, what + " abs");
+        checkRowKernels(AbsDiff{a.data(), b.data()}, s, w, what + " absdiff");
+        if constexpr (flt) {
+          if (off % 4 == 0) {  // the aligned kernel peels single samples up to a 16-byte boundary
+            ownFltSums ref{0, 0}, got{0, 0};
+            ownSumsRow<kOwnSum | kOwnSq>(ownPlainSrc32f<true>{a.data()}, s, 0, w, ref);
+            ownSumsRow_sse2<kOwnSum | kOwnSq>(ownPlainSrc32f<true>{a.data()}, s, w, got);
+            EXPECT_TRUE(same(ref.sum, got.sum) && same(ref.sq, got.sq)) << what << " aligned";
+          }
+          double ref = 0.5, got = 0.5;
+          ownDevRow(Plain{a.data()}, s, 0, w, 1.25, ref);
+          ownDevRow_sse2(Plain{a.data()}, s, w, 1.25, got);
+          EXPECT_TRUE(same(ref, got)) << what << " deviation";
+        }
+      }
     }
     int count = 0;
     for (int x = 0; x < w; ++x) count += sel[x] != 0;
-    EXPECT_EQ(ownCountRow(sel.data(), w), count) << what;
+    EXPECT_EQ(ownCountRow(sel.data(), w), count) << w << " at " << off;
     if constexpr (sizeof(T) == 1) {
       ownByteSums<ownPlainSrc<T>> k;
       ownIntSums ref{0, 0};
-      for (const T* row : {a.data(), b.data()}) {  // a second row adds to the same lanes
+      for (const T* row : {a.data(), b.data()}) {
         k.row(ownPlainSrc<T>{row}, w);
         ownSumsRow<kOwnSum | kOwnSq>(ownPlainSrc<T>{row}, nullptr, 0, w, ref);
       }
       const ownIntSums got = k.total();
-      EXPECT_TRUE(got.sum == ref.sum && got.sq == ref.sq) << what << " byte sums";
+      EXPECT_TRUE(got.sum == ref.sum && got.sq == ref.sq) << w << " at " << off << " byte sums";
     }
   });
 }
 
-TEST(StatsKernels, Integer8uRowsMatchTheirTemplates) { checkIntegerType<vnx8u>(); }
-TEST(StatsKernels, Integer8sRowsMatchTheirTemplates) { checkIntegerType<vnx8s>(); }
-TEST(StatsKernels, Integer16uRowsMatchTheirTemplates) { checkIntegerType<vnx16u>(); }
-
-TEST(StatsKernels, Float32RowsMatchTheirTemplates) {
-  std::mt19937 rng(42);
-  const float inf = std::numeric_limits<float>::infinity();
-  const float specials[] = {vt::fromBits(0x7FC00001u), vt::fromBits(0xFFC00000u), vt::fromBits(0x7F800123u), inf, -inf};
-  vt::forKernelShapes(4, [&](int w, int off, vt::Guard g) {
-    vt::Span<vnx32f> a(w, off, g), b(w, 15 - off, g);
-    vt::Span<vnx8u> sel(w, off, g);
-    for (int x = 0; x < w; ++x) {
-      put(a, x, float(int(rng() % 4001) - 2000) / 256), put(b, x, float(int(rng() % 4001) - 2000) / 256);
-      sel[x] = rng() % 3 ? 0 : 1;
-    }
-    for (int special = 0; special < 2; ++special) {
-      if (special && w)
-        for (int i = 0; i < 3; ++i) put(a, int(rng() % w), specials[rng() % 5]);
-      const std::string what = std::to_string(w) + " at " + std::to_string(off) + (special ? " special" : "");
-      for (const vnx8u* s : {static_cast<const vnx8u*>(nullptr), static_cast<const vnx8u*>(sel.data())}) {
-        checkRowKernels(ownPlainSrc32f<>{a.data()}, s, w, what + " plain");
-        checkRowKernels(ownAbsSrc32f{a.data()}, s, w, what + " abs");
-        checkRowKernels(ownAbsDiffSrc32f{a.data(), b.data()}, s, w, what + " absdiff");
-        if (off % 4 == 0) {  // the aligned kernel peels single samples up to a 16-byte boundary
-          ownFltSums ref{0, 0}, got{0, 0};
-          ownSumsRow<kOwnSum | kOwnSq>(ownPlainSrc32f<true>{a.data()}, s, 0, w, ref);
-          ownSumsRow_sse2<kOwnSum | kOwnSq>(ownPlainSrc32f<true>{a.data()}, s, w, got);
-          EXPECT_TRUE(same(ref.sum, got.sum) && same(ref.sq, got.sq)) << what << " aligned";
-        }
-        double ref = 0.5, got = 0.5;
-        ownDevRow(ownPlainSrc32f<>{a.data()}, s, 0, w, 1.25, ref);
-        ownDevRow_sse2(ownPlainSrc32f<>{a.data()}, s, w, 1.25, got);
-        EXPECT_TRUE(same(ref, got)) << what << " deviation";
-      }
-    }
-  });
+TEST(StatsKernels, RowKernelsMatchTheirTemplates) {
+  checkType<vnx8u>();
+  checkType<vnx8s>();
+  checkType<vnx16u>();
+  checkType<vnx32f>();
 }
 
 }  // namespace
