@@ -1,91 +1,94 @@
 // Absolute differences, accumulators and the motion-history update against references
 // written from their formulas, on guard-page images with canary padding and float
-// special values; the streamed path of large images; the check orders.
-#include <algorithm>
+// special values, at every width their row kernels treat apart; the streamed path of
+// large images; the check orders.
 #include <cmath>
-#include <cstdlib>
 #include <functional>
 #include <string>
-#include <tuple>
 
 #include "support.h"
 
 namespace {
 
-// Sizes from one pixel to a few vectors plus a tail, a tall one and a large one.
-const vnxiSize kSizes[] = {{1, 1}, {1, 7}, {7, 1}, {15, 3}, {16, 2}, {17, 5}, {33, 7}, {51, 4}, {64, 1}, {333, 67}};
-
 // The library's one NaN for a NaN result.
 float canonical(float v) { return v == v ? v : vt::fromBits(0xFFC00000u); }
 
-template <class T>
-void fillSpecial(vt::Image<T>& img, std::mt19937& rng) {
-  img.fill([&](int, int, int) { return vt::randomSampleOrSpecial<T>(rng); });
+// Every width up to three 8-bit vectors + 3, at heights 1 to 9 (1x1 first), on both
+// guard sides, a column and a large image. Rows padded by an odd number of elements
+// start at varying alignments, so the row kernels meet their tails at many offsets.
+template <class F>
+void forShapes(F f) {
+  for (int w = 1; w <= 51; ++w)
+    for (vt::Guard g : {vt::Guard::After, vt::Guard::Before}) f(vnxiSize{w, 1 + (w - 1) * 5 % 9}, g);
+  for (vnxiSize sz : {vnxiSize{1, 17}, vnxiSize{333, 67}}) f(sz, vt::Guard::Before);
 }
-std::string sizeText(vnxiSize s) { return std::to_string(s.width) + "x" + std::to_string(s.height); }
+
+// One operation on every shape: sources a and b (a third of them zero, floats with
+// special values), a sparse mask and a destination filled by start(rng). Every pixel
+// must equal ref(a, b, mask, destination before), and the padding keep its canary.
+template <class S, class D, class Start, class Call, class Ref>
+void checkPixels(Start start, Call call, Ref ref) {
+  std::mt19937 rng(7);
+  forShapes([&](vnxiSize sz, vt::Guard g) {
+    SCOPED_TRACE(testing::Message() << sz.width << "x" << sz.height);
+    vt::Image<S> a(sz.width, sz.height, 1, 3 * sizeof(S), g), b(sz.width, sz.height, 1, 5 * sizeof(S), g);
+    vt::Image<vnx8u> m(sz.width, sz.height, 1, 1, g);
+    vt::Image<D> d(sz.width, sz.height, 1, 7 * sizeof(D), g);
+    auto sample = [&](int, int, int) { return rng() % 3 ? vt::randomSampleOrSpecial<S>(rng) : S(0); };
+    a.fill(sample), b.fill(sample), d.fill([&](int, int, int) { return start(rng); });
+    m.fill([&](int, int, int) { return rng() % 3 ? 0 : int(rng() % 255) + 1; });
+    std::vector<D> expected = d.pixels();
+    for (int y = 0, i = 0; y < sz.height; ++y)
+      for (int x = 0; x < sz.width; ++x, ++i) expected[i] = ref(a.at(x, y), b.at(x, y), m.at(x, y), expected[i]);
+    ASSERT_EQ(call(a, b, m, d), vnxStatusOk);
+    VT_EXPECT_SAME_SAMPLES(expected, d.pixels());
+    EXPECT_TRUE(d.canaryIntact());
+  });
+}
 
 // ---- absolute differences ---------------------------------------------------------
 
 // The integer difference exactly; the float one rounded, then its sign bit cleared.
 template <class T>
 T refAbsDiff(T a, T b) {
-  if constexpr (std::is_floating_point<T>::value)
-    return vt::fromBits(vt::bits(a - b) & 0x7fffffffu);
-  else
-    return static_cast<T>(std::abs(int(a) - int(b)));
+  if constexpr (std::is_floating_point<T>::value) return vt::fromBits(vt::bits(a - b) & 0x7fffffffu);
+  return static_cast<T>(std::abs(int(a) - int(b)));
 }
 
 template <class T>
 using AbsDiffFn = vnxStatus (*)(const T*, int, const T*, int, T*, int, vnxiSize) noexcept;
-template <class T, class C>
-using AbsDiffCFn = vnxStatus (*)(const T*, int, T*, int, vnxiSize, C) noexcept;
 
-// Every size and guard side, and for AbsDiffC constants below, inside and above the
-// range of the type (integer constants are clamped to it).
+// The constants below, inside and above the type's range: integers are clamped to it.
 template <class T, class C>
-void checkAbsDiff(AbsDiffFn<T> f, AbsDiffCFn<T, C> fc) {
-  std::mt19937 rng(11);
-  for (vnxiSize sz : kSizes)
-    for (vt::Guard guard : {vt::Guard::After, vt::Guard::Before})
-      for (double value : {-5.0, 0.0, 77.0, 255.0, 300.0, 70000.0}) {
-        SCOPED_TRACE(sizeText(sz) + " constant " + std::to_string(value));
-        vt::Image<T> a(sz.width, sz.height, 1, 4 * sizeof(T), guard), b(sz.width, sz.height, 1, 2 * sizeof(T), guard),
-            d(sz.width, sz.height, 1, 6 * sizeof(T), guard);
-        fillSpecial(a, rng);
-        fillSpecial(b, rng);
-        const T c = std::is_floating_point<T>::value ? T(value) : T(std::min(std::max(value, 0.0), double(T(~0u))));
-        for (bool constant : {false, true}) {
-          d.fill([](int, int, int) { return 123; });
-          std::vector<T> expected;
-          for (int y = 0; y < sz.height; ++y)
-            for (int x = 0; x < sz.width; ++x) expected.push_back(refAbsDiff(a.at(x, y), constant ? c : b.at(x, y)));
-          ASSERT_EQ(constant ? fc(a.ptr(), a.step(), d.ptr(), d.step(), a.size(), C(value))
-                             : f(a.ptr(), a.step(), b.ptr(), b.step(), d.ptr(), d.step(), a.size()),
-                    vnxStatusOk);
-          VT_EXPECT_SAME_SAMPLES(expected, d.pixels());
-          EXPECT_TRUE(d.canaryIntact());
-        }
-      }
+void checkAbsDiff(AbsDiffFn<T> f, vnxStatus (*fc)(const T*, int, T*, int, vnxiSize, C) noexcept) {
+  checkPixels<T, T>(vt::randomSampleOrSpecial<T>, [&](auto& a, auto& b, auto&, auto& d) { return f(a.ptr(), a.step(), b.ptr(), b.step(), d.ptr(), d.step(), a.size()); },
+                    [](T a, T b, vnx8u, T) { return refAbsDiff(a, b); });
+  for (double v : {-5.0, 77.0, 300.0, 70000.0}) {
+    const T c = std::is_floating_point<T>::value ? T(v) : T(std::min(std::max(v, 0.0), double(T(~0u))));
+    checkPixels<T, T>(vt::randomSampleOrSpecial<T>, [&](auto& a, auto&, auto&, auto& d) { return fc(a.ptr(), a.step(), d.ptr(), d.step(), a.size(), C(v)); },
+                      [&](T a, T, vnx8u, T) { return refAbsDiff(a, c); });
+  }
 }
 
-// Images larger than three quarters of the largest cache take the non-temporal path,
-// whose rows start with scalar pixels up to an aligned destination: every
-// misalignment of the destination gives the same pixels.
+// Images larger than three quarters of the largest cache are written around it, each
+// row first taking scalar pixels up to an aligned destination: rows narrower than
+// that peel, and rows at every alignment of the destination, give the same pixels.
 template <class T>
-void checkLargeAbsDiff(AbsDiffFn<T> f) {
+void checkStreamed(AbsDiffFn<T> f) {
   int cache = 0;
   vnxGetMaxCacheSizeB(&cache);
-  const int w = 1021, h = int(std::int64_t(cache) / (3 * w * sizeof(T))) + 2;
-  vt::Image<T> a(w, h), b(w, h), d(w + 4, h);
-  a.fill([](int x, int y, int) { return ((x * 37 + y * 11) % 251) * (sizeof(T) == 4 ? 0.37 : 1.0); });
-  b.fill([](int x, int y, int) { return ((x * 13 + y * 7) % 241) * (sizeof(T) == 4 ? 0.61 : 1.0); });
-  for (int shift : {0, 1, 3}) {
-    ASSERT_EQ(f(a.ptr(), a.step(), b.ptr(), b.step(), d.ptr() + shift, d.step(), {w, h}), vnxStatusOk);
+  for (int w : {5, 1021}) {
+    const int h = int(std::int64_t(cache) / (3 * w * sizeof(T))) + 2;
+    vt::Image<T> a(w, h), b(w, h), d(w, h, 1, 4 * sizeof(T));  // rows start at every alignment
+    a.fill([](int x, int y, int) { return ((x * 37 + y * 11) % 251) * (sizeof(T) == 4 ? 0.37 : 1.0); });
+    b.fill([](int x, int y, int) { return ((x * 13 + y * 7) % 241) * (sizeof(T) == 4 ? 0.61 : 1.0); });
+    ASSERT_EQ(f(a.ptr(), a.step(), b.ptr(), b.step(), d.ptr(), d.step(), {w, h}), vnxStatusOk);
     for (int y = 0; y < h; y += 7)
       for (int x = 0; x < w; ++x) {
         const T e = refAbsDiff(a.at(x, y), b.at(x, y));
-        ASSERT_EQ(std::memcmp(&e, &d.at(x + shift, y), sizeof(T)), 0) << "shift " << shift << " at " << x << "," << y;
+        ASSERT_EQ(std::memcmp(&e, &d.at(x, y), sizeof(T)), 0) << w << " wide, at " << x << "," << y;
       }
+    EXPECT_TRUE(d.canaryIntact());
   }
 }
 
@@ -93,9 +96,9 @@ TEST(AbsDiff, MatchesTheRoundedDifferenceInCacheAndStreamed) {
   checkAbsDiff<vnx8u, int>(vnxiAbsDiff_8u_C1R, vnxiAbsDiffC_8u_C1R);
   checkAbsDiff<vnx16u, int>(vnxiAbsDiff_16u_C1R, vnxiAbsDiffC_16u_C1R);
   checkAbsDiff<vnx32f, float>(vnxiAbsDiff_32f_C1R, vnxiAbsDiffC_32f_C1R);
-  checkLargeAbsDiff<vnx8u>(vnxiAbsDiff_8u_C1R);
-  checkLargeAbsDiff<vnx16u>(vnxiAbsDiff_16u_C1R);
-  checkLargeAbsDiff<vnx32f>(vnxiAbsDiff_32f_C1R);
+  checkStreamed<vnx8u>(vnxiAbsDiff_8u_C1R);
+  checkStreamed<vnx16u>(vnxiAbsDiff_16u_C1R);
+  checkStreamed<vnx32f>(vnxiAbsDiff_32f_C1R);
 }
 
 // Each export calls the shared check (its order is tested in core): one fault each.
@@ -117,61 +120,62 @@ TEST(AbsDiff, EachExportChecksInTheSharedOrder) {
 
 enum class Kind { Add, Square, Product, Weighted };
 
+// The formulas, one pixel at a time, each operation rounded to single precision: the
+// term (or the weight) is zero where the mask byte is zero, and the addition always happens.
+float refAccumulate(Kind k, bool sel, float acc, float a, float b, float alpha) {
+  switch (k) {
+    case Kind::Add: return canonical(acc + (sel ? a : 0.0f));
+    case Kind::Square: return canonical(acc + (sel ? a * a : 0.0f));
+    case Kind::Product: return canonical(acc + (sel ? a * b : 0.0f));
+    default: return canonical(acc + (a - acc) * (sel ? alpha : 0.0f));
+  }
+}
+
 // The operands of every accumulator member; a member takes the ones its signature names.
 struct AccCall {
-  const void* s1;
-  int s1Step;
-  const void* s2;
-  int s2Step;
+  const void *s1, *s2;
   const vnx8u* mask;
-  int maskStep;
   vnx32f* acc;
-  int accStep;
+  int s1Step, s2Step, maskStep, accStep;
   vnxiSize roi;
   float alpha;
+};
+struct AnyPtr {  // a source or mask pointer, converted to the type the member takes
+  const void* p;
+  template <class T> operator const T*() const { return static_cast<const T*>(p); }
 };
 struct AccMember {
   std::string name;
   Kind kind;
   bool masked;
   std::function<vnxStatus(const AccCall&)> call;
-  bool of(const char* type) const { return name.find(type) != std::string::npos; }
+  std::function<void()> check;  // against the formula on every shape
 };
 
-// Hands each parameter its operand in argument order: the first pointer is the source,
-// the second the second source (products) or the mask, the third the mask; an int is
-// the step of the pointer before it; the float pointer is the accumulator.
-struct AccBinder {
-  const AccCall& c;
-  bool product;
-  int ptrs = 0;
-  template <class P>
-  P get() {
-    if constexpr (std::is_same<P, vnxiSize>::value) {
-      return c.roi;
-    } else if constexpr (std::is_same<P, vnx32f>::value) {
-      return c.alpha;
-    } else if constexpr (std::is_same<P, vnx32f*>::value) {
-      ptrs = 9;
-      return c.acc;
-    } else if constexpr (std::is_same<P, int>::value) {
-      return ptrs == 9 ? c.accStep : ptrs == 1 ? c.s1Step : ptrs == 2 && product ? c.s2Step : c.maskStep;
-    } else {
-      const int k = ++ptrs;
-      return static_cast<P>(k == 1 ? c.s1 : k == 2 && product ? c.s2 : static_cast<const void*>(c.mask));
-    }
-  }
-};
-template <class... P>
-AccMember accMember(const char* name, vnxStatus (*f)(P...)) {
+// The arguments in signature order: sources, the second source of products, the
+// mask of masked members, the accumulator, the ROI, the weight of blends.
+template <class S1, class... P>
+AccMember accMember(const char* name, vnxStatus (*f)(S1, P...)) {
+  using S = std::remove_const_t<std::remove_pointer_t<S1>>;
   const std::string n(name);
   auto has = [&](const char* part) { return n.find(part) != std::string::npos; };
   const Kind k = has("Weighted") ? Kind::Weighted : has("Product") ? Kind::Product : has("Square") ? Kind::Square : Kind::Add;
-  return {n, k, has("IMR"), [f, k](const AccCall& c) {
-            AccBinder b{c, k == Kind::Product};
-            std::tuple<P...> args{b.template get<P>()...};  // in order
-            return std::apply(f, args);
-          }};
+  const bool masked = has("IMR");
+  auto call = [f, k](const AccCall& c) -> vnxStatus {
+    const AnyPtr s1{c.s1}, s2{c.s2}, m{c.mask};
+    if constexpr (sizeof...(P) == 4) return f(s1, c.s1Step, c.acc, c.accStep, c.roi);
+    else if constexpr (sizeof...(P) == 5) return f(s1, c.s1Step, c.acc, c.accStep, c.roi, c.alpha);
+    else if constexpr (sizeof...(P) == 7) return f(s1, c.s1Step, m, c.maskStep, c.acc, c.accStep, c.roi, c.alpha);
+    else if constexpr (sizeof...(P) == 8) return f(s1, c.s1Step, s2, c.s2Step, m, c.maskStep, c.acc, c.accStep, c.roi);
+    else if (k == Kind::Product) return f(s1, c.s1Step, s2, c.s2Step, c.acc, c.accStep, c.roi);
+    else return f(s1, c.s1Step, m, c.maskStep, c.acc, c.accStep, c.roi);
+  };
+  auto check = [call, k, masked] {
+    checkPixels<S, float>(vt::randomSampleOrSpecial<float>, [&](auto& a, auto& b, auto& m, auto& d) {
+      return call({a.ptr(), b.ptr(), m.ptr(), d.ptr(), a.step(), b.step(), m.step(), d.step(), a.size(), 0.3f});
+    }, [&](S a, S b, vnx8u m, float acc) { return refAccumulate(k, !masked || m, acc, float(a), float(b), 0.3f); });
+  };
+  return {n, k, masked, call, check};
 }
 #define ACC(fn) accMember(#fn, fn)
 
@@ -190,58 +194,12 @@ const std::vector<AccMember>& accMembers() {
       ACC(vnxiAddWeighted_32f_C1IMR)};
   return m;
 }
-template <class S>
-const char* typeTag() {
-  return std::is_same<S, vnx8u>::value ? "_8u32f" : std::is_same<S, vnx8s>::value ? "_8s32f"
-         : std::is_same<S, vnx16u>::value ? "_16u32f" : "_32f_";
-}
-
-// The formulas, one pixel at a time, each operation rounded to single precision: the
-// term (or the weight) is zero where the mask byte is zero, and the addition always happens.
-float refAccumulate(Kind k, bool sel, float acc, float a, float b, float alpha) {
-  switch (k) {
-    case Kind::Add: return canonical(acc + (sel ? a : 0.0f));
-    case Kind::Square: return canonical(acc + (sel ? a * a : 0.0f));
-    case Kind::Product: return canonical(acc + (sel ? a * b : 0.0f));
-    default: return canonical(acc + (a - acc) * (sel ? alpha : 0.0f));
-  }
-}
-
-template <class S>
-void checkAccumulators() {
-  std::mt19937 rng(7);
-  for (const AccMember& mem : accMembers())
-    for (vnxiSize sz : kSizes) {
-      if (!mem.of(typeTag<S>())) break;
-      for (vt::Guard guard : {vt::Guard::After, vt::Guard::Before}) {
-        SCOPED_TRACE(mem.name + " " + sizeText(sz));
-        vt::Image<S> s1(sz.width, sz.height, 1, 3 * sizeof(S), guard), s2(sz.width, sz.height, 1, 5 * sizeof(S), guard);
-        vt::Image<vnx8u> mask(sz.width, sz.height, 1, 1, guard);
-        vt::Image<vnx32f> acc(sz.width, sz.height, 1, 8, guard);
-        fillSpecial(s1, rng);
-        fillSpecial(s2, rng);
-        fillSpecial(acc, rng);
-        mask.fill([&](int, int, int) { return (rng() % 3) ? 0 : int(rng() % 255) + 1; });
-        const float alpha = sz.width % 2 ? 0.3f : -1.5f;
-        std::vector<float> expected = acc.pixels();
-        for (int y = 0, i = 0; y < sz.height; ++y)
-          for (int x = 0; x < sz.width; ++x, ++i)
-            expected[i] = refAccumulate(mem.kind, !mem.masked || mask.at(x, y), expected[i], float(s1.at(x, y)),
-                                        float(s2.at(x, y)), alpha);
-        ASSERT_EQ(mem.call({s1.ptr(), s1.step(), s2.ptr(), s2.step(), mask.ptr(), mask.step(), acc.ptr(), acc.step(),
-                            sz, alpha}),
-                  vnxStatusOk);
-        VT_EXPECT_SAME_SAMPLES(expected, acc.pixels());
-        EXPECT_TRUE(acc.canaryIntact());
-      }
-    }
-}
 
 TEST(Accumulate, EveryMemberMatchesItsFormula) {
-  checkAccumulators<vnx8u>();
-  checkAccumulators<vnx8s>();
-  checkAccumulators<vnx16u>();
-  checkAccumulators<vnx32f>();
+  for (const AccMember& mem : accMembers()) {
+    SCOPED_TRACE(mem.name);
+    mem.check();
+  }
 }
 
 // A valid call 8 pixels wide, then one fault (or two) at a time, statuses by source
@@ -249,7 +207,7 @@ TEST(Accumulate, EveryMemberMatchesItsFormula) {
 enum class Applies { All, Masked, Product };
 struct Fault {
   const char* what;
-  std::function<void(AccCall&, int sourceRowBytes)> apply;
+  void (*apply)(AccCall&, int sourceRowBytes);
   vnxStatus for8u, for16u, for32f;
   Applies applies = Applies::All;
 };
@@ -259,72 +217,50 @@ TEST(Accumulate, ChecksInOrder) {
       {"null source", [](AccCall& a, int) { a.s1 = nullptr; }, -8, -8, -8},
       {"null accumulator and zero width", [](AccCall& a, int) { a.acc = nullptr, a.roi.width = 0; }, -8, -8, -8},
       {"zero width", [](AccCall& a, int) { a.roi.width = 0; }, -6, -6, -6},
-      {"negative height", [](AccCall& a, int) { a.roi.height = -1; }, -6, -6, -6},
       {"source step short", [](AccCall& a, int sb) { a.s1Step = sb - 1; }, -14, -14, -14},
       {"accumulator step short", [](AccCall& a, int) { a.accStep = 28; }, -14, -14, -14},
       {"accumulator step 4w+2", [](AccCall& a, int) { a.accStep = 34; }, -108, -108, -108},
       {"odd source step", [](AccCall& a, int sb) { a.s1Step = sb + 1; }, 0, -108, -108},
       {"odd source step, short accumulator", [](AccCall& a, int sb) { a.s1Step = sb + 1, a.accStep = 4; }, -14, -108, -14},
       {"misaligned accumulator, short source", [](AccCall& a, int) { a.accStep = 34, a.s1Step = 1; }, -14, -14, -14},
-      {"negative accumulator step", [](AccCall& a, int) { a.accStep = -32; }, -14, -14, -14},
       {"alpha NaN is used, not refused", [](AccCall& a, int) { a.alpha = std::nanf(""); }, 0, 0, 0},
       {"null mask", [](AccCall& a, int) { a.mask = nullptr; }, -8, -8, -8, Applies::Masked},
       {"mask step short", [](AccCall& a, int) { a.maskStep = 7; }, -14, -14, -14, Applies::Masked},
       {"odd mask step is never tested for alignment", [](AccCall& a, int) { a.maskStep = 9; }, 0, 0, 0, Applies::Masked},
-      {"odd source before short mask", [](AccCall& a, int sb) { a.maskStep = 7, a.s1Step = sb + 1; }, -14, -108, -14,
-       Applies::Masked},
+      {"odd source before short mask", [](AccCall& a, int sb) { a.maskStep = 7, a.s1Step = sb + 1; }, -14, -108, -14, Applies::Masked},
       {"null second source", [](AccCall& a, int) { a.s2 = nullptr; }, -8, -8, -8, Applies::Product},
   };
   std::vector<vnx32f> src(64), acc(64);
   std::vector<vnx8u> mask(64, 1);
   for (const AccMember& mem : accMembers()) {
-    const int eb = mem.of("_8") ? 1 : mem.of("_16u") ? 2 : 4, sb = 8 * eb;
+    const int eb = mem.name.find("_8") != std::string::npos ? 1 : mem.name.find("_16u") != std::string::npos ? 2 : 4;
     for (const Fault& f : faults) {
-      if ((f.applies == Applies::Masked && !mem.masked) || (f.applies == Applies::Product && mem.kind != Kind::Product))
-        continue;
+      if ((f.applies == Applies::Masked && !mem.masked) || (f.applies == Applies::Product && mem.kind != Kind::Product)) continue;
       std::fill(acc.begin(), acc.end(), 1.5f);
-      AccCall a{src.data(), sb + 2 * eb, src.data(), sb, mask.data(), 8, acc.data(), 32, {8, 2}, 0.5f};
-      f.apply(a, sb);
+      AccCall a{src.data(), src.data(), mask.data(), acc.data(), 10 * eb, 8 * eb, 8, 32, {8, 2}, 0.5f};
+      f.apply(a, 8 * eb);
       const vnxStatus expected = eb == 1 ? f.for8u : eb == 2 ? f.for16u : f.for32f;
       EXPECT_EQ(mem.call(a), expected) << mem.name << ": " << f.what;
-      if (expected < 0) {
-        EXPECT_EQ(acc, std::vector<vnx32f>(64, 1.5f)) << mem.name << ": written on error";
-      }
+      EXPECT_TRUE(expected >= 0 || acc == std::vector<vnx32f>(64, 1.5f)) << mem.name << ": written on error";
     }
   }
 }
 
 // ---- motion history ---------------------------------------------------------------
 
-template <class S>
-using MotionFn = vnxStatus (*)(const S*, int, vnx32f*, int, vnxiSize, vnx32f, vnx32f) noexcept;
-
 // A moving pixel takes the timestamp, a history older than timestamp - duration is
-// cleared, any other is kept; histories around the threshold, NaN and infinities.
+// cleared, any other is kept; histories at the threshold and either side of it, NaN,
+// -0 and an infinity.
 template <class S>
-void checkMotion(MotionFn<S> f) {
-  std::mt19937 rng(5);
-  const float nan = std::nanf(""), ts = 20.0f;
-  for (vnxiSize sz : {vnxiSize{1, 1}, vnxiSize{15, 2}, vnxiSize{16, 3}, vnxiSize{17, 1}, vnxiSize{49, 9}, vnxiSize{300, 41}})
-    for (vt::Guard guard : {vt::Guard::After, vt::Guard::Before})
-      for (float dur : {0.0f, -0.0f, 3.0f, 100.0f}) {
-        SCOPED_TRACE(sizeText(sz) + " duration " + std::to_string(dur));
-        vt::Image<S> sil(sz.width, sz.height, 1, 2 * sizeof(S), guard);
-        vt::Image<vnx32f> mhi(sz.width, sz.height, 1, 12, guard);
-        const float hs[] = {ts - dur, std::nextafter(ts - dur, -1e9f), std::nextafter(ts - dur, 1e9f), 0.0f, -0.0f,
-                            nan, -HUGE_VALF, ts, 7.0f, 19.5f};
-        sil.fill([&](int, int, int) { return rng() % 2 ? S(0) : vt::randomSampleOrSpecial<S>(rng); });
-        mhi.fill([&](int, int, int) { return hs[rng() % 10]; });
-        std::vector<float> expected;
-        for (int y = 0; y < sz.height; ++y)
-          for (int x = 0; x < sz.width; ++x) {
-            const float h = mhi.at(x, y);
-            expected.push_back(!(sil.at(x, y) == 0) ? ts : h < ts - dur ? 0.0f : h);
-          }
-        ASSERT_EQ(f(sil.ptr(), sil.step(), mhi.ptr(), mhi.step(), sil.size(), ts, dur), vnxStatusOk);
-        VT_EXPECT_SAME_SAMPLES(expected, mhi.pixels());
-        EXPECT_TRUE(mhi.canaryIntact());
-      }
+void checkMotion(vnxStatus (*f)(const S*, int, vnx32f*, int, vnxiSize, vnx32f, vnx32f) noexcept) {
+  const float ts = 20.0f;
+  for (float dur : {0.0f, -0.0f, 3.0f, 100.0f}) {
+    SCOPED_TRACE(testing::Message() << "duration " << dur);
+    const float hs[] = {ts - dur, std::nextafter(ts - dur, -1e9f), std::nextafter(ts - dur, 1e9f), -0.0f, std::nanf(""), -HUGE_VALF, ts, 7.0f};
+    checkPixels<S, float>([&](std::mt19937& rng) { return hs[rng() % 8]; },
+                          [&](auto& s, auto&, auto&, auto& h) { return f(s.ptr(), s.step(), h.ptr(), h.step(), s.size(), ts, dur); },
+                          [&](S s, S, vnx8u, float h) { return s != 0 ? ts : h < ts - dur ? 0.0f : h; });
+  }
 }
 
 TEST(MotionHistory, FollowsTheRules) {
@@ -333,35 +269,20 @@ TEST(MotionHistory, FollowsTheRules) {
   checkMotion<vnx32f>(vnxiUpdateMotionHistory_32f_C1IR);
 }
 
+// A 16u silhouette 8 pixels wide; one fault (or a pair) a row; the history keeps its values.
 TEST(MotionHistory, ChecksInOrder) {
   std::vector<vnx16u> s(64);
   std::vector<vnx32f> h(64, 5.0f);
-  const struct {
-    const char* what;
-    vnx32f* h;
-    int sStep, hStep;
-    vnxiSize roi;
-    float dur;
-    vnxStatus expected;
-  } cases[] = {
-      {"null history beats size", nullptr, 16, 32, {0, 0}, 1, -8},
-      {"zero height", h.data(), 16, 32, {8, 0}, 1, -6},
-      {"short silhouette", h.data(), 15, 32, {8, 2}, 1, -14},
-      {"odd silhouette, short history", h.data(), 17, 28, {8, 2}, 1, -14},
-      {"odd silhouette", h.data(), 17, 32, {8, 2}, 1, -108},
-      {"misaligned before negative duration", h.data(), 16, 34, {8, 2}, -1, -108},
-      {"negative duration", h.data(), 16, 32, {8, 2}, -1, -11},
-      {"NaN duration", h.data(), 16, 32, {8, 2}, std::nanf(""), -11},
-      {"minus zero duration", h.data(), 16, 32, {8, 2}, -0.0f, 0},
-  };
-  for (const auto& c : cases) {
-    std::fill(h.begin(), h.end(), 5.0f);
-    EXPECT_EQ(vnxiUpdateMotionHistory_16u32f_C1IR(s.data(), c.sStep, c.h, c.hStep, c.roi, 10.0f, c.dur), c.expected)
-        << c.what;
-    if (c.expected < 0) {
-      EXPECT_EQ(h, std::vector<vnx32f>(64, 5.0f)) << c.what << ": written on error";
-    }
-  }
+  struct Row { const char* what; vnx32f* h; int sStep, hStep; vnxiSize roi; float dur; vnxStatus want; };
+  const Row rows[] = {
+      {"null history beats size", nullptr, 16, 32, {0, 0}, 1, -8},          {"zero height", h.data(), 16, 32, {8, 0}, 1, -6},
+      {"short silhouette", h.data(), 15, 32, {8, 2}, 1, -14},               {"odd silhouette, short history", h.data(), 17, 28, {8, 2}, 1, -14},
+      {"odd silhouette", h.data(), 17, 32, {8, 2}, 1, -108},                {"misaligned before negative duration", h.data(), 16, 34, {8, 2}, -1, -108},
+      {"negative duration", h.data(), 16, 32, {8, 2}, -1, -11},             {"NaN duration", h.data(), 16, 32, {8, 2}, std::nanf(""), -11},
+      {"minus zero duration", h.data(), 16, 32, {8, 2}, -0.0f, 0}};
+  vt::expectStatuses(rows, {{h.data(), 256}}, [&](const Row& r) {
+    return vnxiUpdateMotionHistory_16u32f_C1IR(s.data(), r.sStep, r.h, r.hStep, r.roi, 10.0f, r.dur);
+  });
   vnx8u s8[3] = {};
   vnx32f h8[3] = {};
   EXPECT_EQ(vnxiUpdateMotionHistory_8u32f_C1IR(s8, 3, h8, 12, {3, 1}, 1, 1), vnxStatusOk);  // odd 8u step is fine

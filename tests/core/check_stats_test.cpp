@@ -13,18 +13,9 @@ const void* const P = &kByte;
 const vnx8u* const M = reinterpret_cast<const vnx8u*>(&kByte);
 
 // A 16u image 5 pixels wide: row bytes 10 (one channel) or 30 (three); mask step 5.
-struct StatCase {
-  const char* what;
-  const void* src;
-  int srcStep;
-  ownMaskForm form;
-  const vnx8u* mask;
-  int maskStep;
-  const void* result;  // a result pointer the operation requires
-  vnxiSize roi;
-  int channels, coi;
-  vnxStatus expected;
-};
+// `result`: a result pointer the operation requires.
+struct StatCase { const char* what; const void* src; int srcStep; ownMaskForm form; const vnx8u* mask; int maskStep;
+                  const void* result; vnxiSize roi; int channels, coi; vnxStatus expected; };
 
 TEST(CheckStat, FaultsInTheirOrder) {
   const auto U = ownMaskForm::Unmasked, K = ownMaskForm::Masked;
@@ -36,16 +27,13 @@ TEST(CheckStat, FaultsInTheirOrder) {
       {"null mask", P, 10, K, nullptr, 5, P, {5, 3}, 1, 1, vnxStatusNullPtr},
       {"null result", P, 10, K, M, 5, nullptr, {5, 3}, 1, 1, vnxStatusNullPtr},
       {"zero width", P, 10, U, nullptr, 0, P, {0, 3}, 1, 1, vnxStatusBadSize},
-      {"negative height", P, 10, U, nullptr, 0, P, {5, -1}, 1, 1, vnxStatusBadSize},
       {"short source step", P, 9, U, nullptr, 0, P, {5, 3}, 1, 1, vnxStatusBadStep},
       {"short channel step", P, 28, U, nullptr, 0, P, {5, 3}, 3, 1, vnxStatusBadStep},
-      {"negative step", P, -10, U, nullptr, 0, P, {5, 3}, 1, 1, vnxStatusBadStep},
       {"short mask step", P, 10, K, M, 4, P, {5, 3}, 1, 1, vnxStatusBadStep},
       {"odd source step", P, 11, U, nullptr, 0, P, {5, 3}, 1, 1, vnxStatusStepNotMultiple},
       {"coi 0", P, 30, U, nullptr, 0, P, {5, 3}, 3, 0, vnxStatusBadCoi},
       {"coi 4", P, 30, U, nullptr, 0, P, {5, 3}, 3, 4, vnxStatusBadCoi},
       {"coi INT_MIN", P, 30, U, nullptr, 0, P, {5, 3}, 3, INT_MIN, vnxStatusBadCoi},
-      {"coi INT_MAX", P, 30, U, nullptr, 0, P, {5, 3}, 3, INT_MAX, vnxStatusBadCoi},
       {"one channel ignores coi", P, 10, U, nullptr, 0, P, {5, 3}, 1, INT_MIN, vnxStatusOk},
       // precedence
       {"null source before zero width", nullptr, 10, U, nullptr, 0, P, {0, 3}, 1, 1, vnxStatusNullPtr},
@@ -62,17 +50,8 @@ TEST(CheckStat, FaultsInTheirOrder) {
 }
 
 // Two 32f sources 5 pixels wide (row bytes 20, or 60 for three channels); mask step 5.
-struct NormCase {
-  const char* what;
-  const void *src1, *src2;
-  int step1, step2;
-  const vnx8u* mask;
-  int maskStep;
-  const void* result;
-  vnxiSize roi;
-  int channels, coi;
-  vnxStatus expected;
-};
+struct NormCase { const char* what; const void *src1, *src2; int step1, step2; const vnx8u* mask; int maskStep;
+                  const void* result; vnxiSize roi; int channels, coi; vnxStatus expected; };
 
 TEST(CheckMaskedNorm, FaultsInTheirOrder) {
   const NormCase cases[] = {

@@ -15,10 +15,7 @@ TEST(Version, RecordIsConstantAndNamesThisBuild) {
   const vnxLibraryVersion* v = vnxcvGetLibVersion();
   ASSERT_NE(v, nullptr);
   EXPECT_EQ(v, vnxcvGetLibVersion());
-  EXPECT_EQ(v->major, 5);
-  EXPECT_EQ(v->minor, 2);
-  EXPECT_EQ(v->majorBuild, 108);
-  EXPECT_EQ(v->build, 398);
+  EXPECT_EQ((std::vector<int>{v->major, v->minor, v->majorBuild, v->build}), (std::vector<int>{5, 2, 108, 398}));
   EXPECT_EQ(std::memcmp(v->targetCpu, "t7\0\0", 4), 0);
   EXPECT_STREQ(v->name, "vnxcvt7-5.2.dll");
   EXPECT_STREQ(v->version, "5.2");
@@ -27,31 +24,18 @@ TEST(Version, RecordIsConstantAndNamesThisBuild) {
 
 // One constant text per code of the status table; every other value is unknown.
 TEST(StatusText, EveryCodeHasItsOwnTextAndOtherValuesAreUnknown) {
-  const struct {
-    vnxStatus code;
-    const char* text;
-  } table[] = {
-      {0, "No error"},
-      {6, "Warning: the denominator of a relative norm is zero"},
-      {12, "Warning: the buffer size exceeds 2147483647 bytes"},
-      {33, "Warning: more lines qualified than the caller can take"},
+  const struct { vnxStatus code; const char* text; } table[] = {
+      {0, "No error"}, {6, "Warning: the denominator of a relative norm is zero"},
+      {12, "Warning: the buffer size exceeds 2147483647 bytes"}, {33, "Warning: more lines qualified than the caller can take"},
       {38, "Warning: the kernel is not symmetric; its left half was mirrored"},
-      {-2, "The line walker could not be set up for the two end points"},
-      {-5, "A parameter is outside its allowed set or range"},
-      {-6, "A size is below its minimum or too large"},
-      {-8, "A required pointer is null"},
-      {-9, "Not enough memory for a state or work buffer"},
-      {-11, "A point or value is out of range"},
-      {-12, "The element type is not supported"},
-      {-14, "A row step is smaller than its row's bytes"},
-      {-33, "The mask size is neither 3x3 nor 5x5"},
-      {-34, "The anchor lies outside the mask"},
-      {-52, "The channel of interest is not 1, 2 or 3"},
-      {-53, "The channel count is neither 1 nor 3"},
-      {-56, "A distance metric is not positive"},
-      {-108, "A row step is not a multiple of the element size"},
-      {-9999, "The mode is not supported"},
-  };
+      {-2, "The line walker could not be set up for the two end points"}, {-5, "A parameter is outside its allowed set or range"},
+      {-6, "A size is below its minimum or too large"}, {-8, "A required pointer is null"},
+      {-9, "Not enough memory for a state or work buffer"}, {-11, "A point or value is out of range"},
+      {-12, "The element type is not supported"}, {-14, "A row step is smaller than its row's bytes"},
+      {-33, "The mask size is neither 3x3 nor 5x5"}, {-34, "The anchor lies outside the mask"},
+      {-52, "The channel of interest is not 1, 2 or 3"}, {-53, "The channel count is neither 1 nor 3"},
+      {-56, "A distance metric is not positive"}, {-108, "A row step is not a multiple of the element size"},
+      {-9999, "The mode is not supported"}};
   for (const auto& row : table) {
     EXPECT_STREQ(vnxcvGetStatusString(row.code), row.text) << row.code;
     EXPECT_EQ(vnxcvGetStatusString(row.code), vnxcvGetStatusString(row.code));  // constant, not rebuilt
@@ -60,7 +44,8 @@ TEST(StatusText, EveryCodeHasItsOwnTextAndOtherValuesAreUnknown) {
     EXPECT_STREQ(vnxcvGetStatusString(unknown), "Unknown status code") << unknown;
 }
 
-TEST(Core, ThreadCountBelowOneIsRefusedAndChangesNothing) {
+// A thread count below one is refused and changes nothing; the queries answer plausibly.
+TEST(Core, ThreadCountBelowOneIsRefusedAndQueriesAnswer) {
   vt::Threads guard(3);
   EXPECT_EQ(vnxSetNumThreads(0), vnxStatusBadArg);
   EXPECT_EQ(vnxSetNumThreads(-4), vnxStatusBadArg);
@@ -70,9 +55,6 @@ TEST(Core, ThreadCountBelowOneIsRefusedAndChangesNothing) {
   EXPECT_EQ(threads_omp_of_n_vnx, 3);
   EXPECT_EQ(vnxSetNumThreads(5), vnxStatusOk);
   EXPECT_EQ(threads_omp_of_n_vnx, 5);
-}
-
-TEST(Core, QueriesAnswerPlausibly) {
   EXPECT_EQ(vnxGetNumThreads(nullptr), vnxStatusNullPtr);
   EXPECT_EQ(vnxGetMaxCacheSizeB(nullptr), vnxStatusNullPtr);
   int cache = 0;
@@ -83,11 +65,7 @@ TEST(Core, QueriesAnswerPlausibly) {
 
 // ---- check order -----------------------------------------------------------
 
-struct StepCase {
-  const char* what;
-  std::vector<ownStep> steps;
-  vnxStatus expected;
-};
+struct StepCase { const char* what; std::vector<ownStep> steps; vnxStatus expected; };
 
 TEST(CheckOrder, RowBytesBeforeMultiplesWithinAGroup) {
   const int w = 10;
@@ -102,14 +80,7 @@ TEST(CheckOrder, RowBytesBeforeMultiplesWithinAGroup) {
       {"three channels odd", {ownImg<vnx16u, 3>(61, w)}, vnxStatusStepNotMultiple},
       {"huge width overflows no int", {ownImg<float>(0x7fffffff, 0x40000000)}, vnxStatusBadStep},
   };
-  for (const StepCase& c : cases) {
-    vnxStatus st = vnxStatusOk;
-    switch (c.steps.size()) {
-      case 1: st = ownCheckSteps({c.steps[0]}); break;
-      case 2: st = ownCheckSteps({c.steps[0], c.steps[1]}); break;
-    }
-    EXPECT_EQ(st, c.expected) << c.what;
-  }
+  for (const StepCase& c : cases) EXPECT_EQ(ownCheckSteps(c.steps.data(), int(c.steps.size())), c.expected) << c.what;
 }
 
 TEST(CheckOrder, NullPointerWinsOverSizeAndSizeOverSteps) {
@@ -128,37 +99,25 @@ TEST(CheckOrder, NullPointerWinsOverSizeAndSizeOverSteps) {
 
 // Remainder rows go to the last band; with more bands than rows all rows do.
 TEST(BandSplit, RemainderRowsGoToLastBand) {
-  const struct {
-    ownBandSplit split;
-    std::vector<int> begin, end;
-  } rows[] = {{{10, 4}, {0, 2, 4, 6}, {2, 4, 6, 10}}, {{3, 5}, {0, 0, 0, 0, 0}, {0, 0, 0, 0, 3}}};
+  const struct { ownBandSplit split; std::vector<int> begin, end; } rows[] = {
+      {{10, 4}, {0, 2, 4, 6}, {2, 4, 6, 10}}, {{3, 5}, {0, 0, 0, 0, 0}, {0, 0, 0, 0, 3}}};
   for (const auto& r : rows)
-    for (int b = 0; b < r.split.nBands; ++b) {
-      EXPECT_EQ(r.split.begin(b), r.begin[b]) << r.split.height << " rows, band " << b;
-      EXPECT_EQ(r.split.end(b), r.end[b]) << r.split.height << " rows, band " << b;
-    }
+    for (int b = 0; b < r.split.nBands; ++b)
+      EXPECT_EQ(std::make_pair(r.split.begin(b), r.split.end(b)), std::make_pair(r.begin[b], r.end[b])) << r.split.height << " rows, band " << b;
 }
 
 // One row a policy and ROI: the bands it gets with 4 threads.
 TEST(BandCount, PoliciesByTable) {
   vt::Threads guard(4);
   const int cores = ownSingleCoreDie() ? 1 : 4;
-  const struct {
-    const ownBandPolicy& policy;
-    vnxiSize roi;
-    int bands;
-  } rows[] = {
-      {kOwnBandsReduce, {512, 1023}, 1},           // 523776 < 4 * 131072
-      {kOwnBandsReduce, {512, 1024}, 4},
-      {kOwnBandsReduce64KCoreTest, {512, 511}, 1},
-      {kOwnBandsReduce64KCoreTest, {512, 512}, cores},
+  const struct { const ownBandPolicy& policy; vnxiSize roi; int bands; } rows[] = {
+      {kOwnBandsReduce, {512, 1023}, 1}, {kOwnBandsReduce, {512, 1024}, 4},  // 523776 < 4 * 131072
+      {kOwnBandsReduce64KCoreTest, {512, 511}, 1}, {kOwnBandsReduce64KCoreTest, {512, 512}, cores},
       {kOwnBandsReduceCoreTest, {512, 1024}, cores},
-      {kOwnBandsFixedFilter, {256, 511}, 1},       // fewer than 128 rows a band
-      {kOwnBandsFixedFilter, {256, 512}, cores},
-      {kOwnBandsFixedFilter, {255, 4096}, 1},      // narrower than 256
+      {kOwnBandsFixedFilter, {256, 511}, 1}, {kOwnBandsFixedFilter, {256, 512}, cores},  // 128 rows a band at least
+      {kOwnBandsFixedFilter, {255, 4096}, 1},  // narrower than 256
       {kOwnBandsFixedScharr, {1, 512}, cores},
-      {kOwnBandsFixedLaplacian, {256, 128}, cores},
-      {kOwnBandsFixedLaplacian, {256, 127}, 1},
+      {kOwnBandsFixedLaplacian, {256, 128}, cores}, {kOwnBandsFixedLaplacian, {256, 127}, 1},
       {kOwnBandsExtrema, {128, 127}, 1},            // 16256 pixels, below the whole-image cut-off
       {kOwnBandsExtrema, {128, 128}, 4},
   };
@@ -166,58 +125,42 @@ TEST(BandCount, PoliciesByTable) {
     EXPECT_EQ(ownBandCount(r.roi, r.policy), r.bands) << r.roi.width << "x" << r.roi.height;
 }
 
-// Inside a parallel region the count (and so a reduction's grouping) is unchanged.
-TEST(BandCount, UnchangedInsideParallelRegion) {
-  vt::Threads guard(4);
-  int inside = 0;
-#pragma omp parallel num_threads(2)
-  {
-#pragma omp master
-    inside = ownBandCount({512, 1024}, kOwnBandsReduce);
-  }
-  EXPECT_EQ(inside, 4);
-}
-
 // Every band runs exactly once with its own rows, whatever team the runtime
-// grants: 40 bands is more than 32 and more than any team here.
+// grants: 40 bands is more than 32 and more than any team here, and a team of two
+// for six bands is smaller than requested.
 TEST(BandRunner, EveryBandRunsOnceForAnyTeam) {
-  for (int n : {1, 2, 3, 7, 40}) {
+  for (int n : {1, 2, 3, 6, 7, 40}) {
     vt::Threads guard(n);
+    if (n == 6) threads_omp_of_n_vnx = 2;
     const int height = 97;
-    std::vector<std::atomic<int>> rowsSeen(height);
-    std::vector<std::atomic<int>> bandRuns(n);
+    std::vector<std::atomic<int>> rowsSeen(height), bandRuns(n);
     ownRunBands(ownBandSplit{height, n}, [&](int b, int y0, int y1) {
       ++bandRuns[b];
       for (int y = y0; y < y1; ++y) ++rowsSeen[y];
     });
+    threads_omp_of_n_vnx = n;
     for (int b = 0; b < n; ++b) EXPECT_EQ(bandRuns[b].load(), 1) << "n=" << n << " band " << b;
     for (int y = 0; y < height; ++y) EXPECT_EQ(rowsSeen[y].load(), 1) << "n=" << n << " row " << y;
   }
 }
 
-TEST(BandRunner, SmallerTeamThanRequestedStillCoversEveryBand) {
-  vt::Threads guard(6);
-  threads_omp_of_n_vnx = 2;  // the runtime grants a team of two for six bands
-  std::vector<std::atomic<int>> runs(6);
-  ownRunBands(ownBandSplit{60, 6}, [&](int b, int, int) { ++runs[b]; });
-  threads_omp_of_n_vnx = 6;
-  for (int b = 0; b < 6; ++b) EXPECT_EQ(runs[b].load(), 1);
-}
-
-TEST(BandRunner, InsideAParallelRegionRunsOnTheCallingThread) {
+// Inside a parallel region the band count (and so a reduction's grouping) is
+// unchanged, and every band runs on the calling thread.
+TEST(BandRunner, InsideAParallelRegionKeepsTheCountAndRunsOnTheCallingThread) {
   vt::Threads guard(4);
   std::vector<int> owner(4, -1);
-  bool inRegion = false;
+  int inside = 0;
 #pragma omp parallel num_threads(2)
   {
 #pragma omp master
     {
-      inRegion = omp_in_parallel();
+      inside = ownBandCount({512, 1024}, kOwnBandsReduce);
       const int me = omp_get_thread_num();
-      ownRunBands(ownBandSplit{8, 4}, [&](int b, int, int) { owner[b] = omp_get_thread_num() == me ? 1 : 0; });
+      if (omp_in_parallel()) ownRunBands(ownBandSplit{8, 4}, [&](int b, int, int) { owner[b] = omp_get_thread_num() == me; });
     }
   }
-  if (!inRegion) GTEST_SKIP() << "the runtime gave no active region";
+  EXPECT_EQ(inside, 4);
+  if (owner[0] < 0) GTEST_SKIP() << "the runtime gave no active region";
   for (int b = 0; b < 4; ++b) EXPECT_EQ(owner[b], 1);
 }
 
@@ -243,10 +186,9 @@ void* failingAlloc(std::size_t) { return nullptr; }
 TEST(Reduce, MoreThan32BandsWithoutMemoryReportsNoMemory) {
   ownSetHeap(failingAlloc, nullptr);
   double total = -1;
-  const vnxStatus st = ownReduceBands<double>(
-      100, 33, [](int, int) { return 1.0; }, [](double& a, double b) { a += b; }, &total);
-  const vnxStatus small = ownReduceBands<double>(
-      100, 32, [](int, int) { return 1.0; }, [](double& a, double b) { a += b; }, &total);
+  auto one = [](int, int) { return 1.0; };
+  auto add = [](double& a, double b) { a += b; };
+  const vnxStatus st = ownReduceBands<double>(100, 33, one, add, &total), small = ownReduceBands<double>(100, 32, one, add, &total);
   ownSetHeap(nullptr, nullptr);
   EXPECT_EQ(st, vnxStatusNoMemory);
   EXPECT_EQ(small, vnxStatusOk);
@@ -261,30 +203,22 @@ void* recordingAlloc(std::size_t n) {
   return std::malloc(n);
 }
 
+// Blocks are 32-byte aligned and ask the heap for the request plus 36 bytes; counts
+// below one and a failing heap give null.
 TEST(Alloc, BlocksAreAlignedAndSizedAsRequestedPlus36) {
   ownSetHeap(recordingAlloc, nullptr);
-  struct Case {
-    void* (*fn)(int);
-    int n;
-    std::size_t bytes;
-  } cases[] = {{ownMalloc_8u, 1, 37}, {ownMalloc_8u, 100, 136}, {ownMalloc_16u, 7, 50},
-               {ownMalloc_32, 5, 56}, {ownMalloc_64, 3, 60}};
-  for (const Case& c : cases) {
+  const struct { void* (*fn)(int); int n; std::size_t bytes; } cases[] = {
+      {ownMalloc_8u, 1, 37}, {ownMalloc_8u, 100, 136}, {ownMalloc_16u, 7, 50}, {ownMalloc_32, 5, 56}, {ownMalloc_64, 3, 60},
+      {ownMalloc_8u, 0, 0},  {ownMalloc_16u, -1, 0},   {ownMalloc_32, 0, 0},   {ownMalloc_64, -5, 0}};
+  for (const auto& c : cases) {
     void* p = c.fn(c.n);
-    ASSERT_NE(p, nullptr);
+    ASSERT_EQ(p != nullptr, c.bytes > 0) << c.n;
+    if (!p) continue;
     EXPECT_EQ(reinterpret_cast<std::uintptr_t>(p) % 32, 0u);
     EXPECT_EQ(lastRequest, c.bytes);
     std::memset(p, 0xEE, c.bytes - 36);  // the whole request is usable
     ownFree(p);
   }
-  ownSetHeap(nullptr, nullptr);
-}
-
-TEST(Alloc, NonPositiveCountsAndFailuresGiveNull) {
-  EXPECT_EQ(ownMalloc_8u(0), nullptr);
-  EXPECT_EQ(ownMalloc_16u(-1), nullptr);
-  EXPECT_EQ(ownMalloc_32(0), nullptr);
-  EXPECT_EQ(ownMalloc_64(-5), nullptr);
   ownFree(nullptr);
   ownSetHeap(failingAlloc, nullptr);
   EXPECT_EQ(ownMalloc_8u(16), nullptr);

@@ -172,3 +172,33 @@ void forKernelShapes(int vectorElems, F&& f) {
         break;                                                                                      \
       }                                                                                             \
   } while (0)
+
+// ---- r1: a table-driven status runner ------------------------------------------
+#include <initializer_list>
+
+namespace vt {
+
+// The bytes of one output that an error must leave as they were.
+struct Watched {
+  const void* p;
+  std::size_t bytes;
+};
+
+// Runs call(row) for every row of a fault table (rows carry `what` and `want`),
+// expects the row's status, and on an error status expects every watched output
+// byte for byte as it was before the call.
+template <class Rows, class Call>
+void expectStatuses(const Rows& rows, std::initializer_list<Watched> outputs, Call call) {
+  for (const auto& r : rows) {
+    std::vector<std::vector<char>> before;
+    for (const Watched& o : outputs)
+      before.emplace_back(static_cast<const char*>(o.p), static_cast<const char*>(o.p) + o.bytes);
+    EXPECT_EQ(call(r), r.want) << r.what;
+    if (r.want >= 0) continue;
+    std::size_t i = 0;
+    for (const Watched& o : outputs)
+      EXPECT_EQ(std::memcmp(before[i++].data(), o.p, o.bytes), 0) << r.what << ": an output was written on error";
+  }
+}
+
+}  // namespace vt
