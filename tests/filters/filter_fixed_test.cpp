@@ -193,10 +193,10 @@ void expectMatches(const Entry<S, D>& e, vnxiSize size, const Params& p, vt::Gua
     const bool scharr = e.m == Member::ScharrHoriz || e.m == Member::ScharrVert;
     EXPECT_EQ(call(dst.step(), nullptr, p), vnxStatusNullPtr);
     EXPECT_EQ(call(int(9 * sizeof(D)) - 1, buf.ptr(), p), vnxStatusBadStep);
-    if (sizeof(D) > 1) EXPECT_EQ(call(dst.step() + 1, buf.ptr(), p), vnxStatusStepNotMultiple);
+    if (sizeof(D) > 1) { EXPECT_EQ(call(dst.step() + 1, buf.ptr(), p), vnxStatusStepNotMultiple); }
     EXPECT_EQ(call(dst.step(), buf.ptr(), {p.mask, 5, p.divisor, 0}), vnxStatusBadArg);
-    if (std::is_same<D, vnx8s>::value) EXPECT_EQ(call(dst.step(), buf.ptr(), {p.mask, 1, 0, 0}), vnxStatusBadArg);
-    if (!scharr) EXPECT_EQ(call(dst.step(), buf.ptr(), {54, 1, p.divisor, 0}), vnxStatusBadMaskSize);
+    if (std::is_same<D, vnx8s>::value) { EXPECT_EQ(call(dst.step(), buf.ptr(), {p.mask, 1, 0, 0}), vnxStatusBadArg); }
+    if (!scharr) { EXPECT_EQ(call(dst.step(), buf.ptr(), {54, 1, p.divisor, 0}), vnxStatusBadMaskSize); }
     EXPECT_EQ(dst.pixels(), std::vector<D>(dst.pixels().size()));
     EXPECT_EQ(e.q(size, p.mask, nullptr), vnxStatusNullPtr);
     EXPECT_EQ(e.q({9, 0}, p.mask, &bytes), vnxStatusBadSize);
@@ -265,8 +265,9 @@ TEST(FixedFilters, BufferSizesFollowTheFormulaForEachThreadCount) {
           int got = -1;
           ASSERT_EQ(q(s, mask, &got), vnxStatusOk);
           const bool scharr = m == Member::ScharrHoriz || m == Member::ScharrVert;
-          if (!scharr || mask == vnxMskSize3x3)  // Scharr takes no mask: 3x3 only
+          if (!scharr || mask == vnxMskSize3x3) {  // Scharr takes no mask: 3x3 only
             EXPECT_EQ(got, t * (32 + expected(m, kind))) << int(m) << " " << s.width << "x" << s.height << " " << mask;
+          }
         };
         for (const auto& e : k8u16s) check(e.m, e.q, 0);
         for (const auto& e : k8u8s) check(e.m, e.q, 1);

@@ -92,8 +92,8 @@ void everyRowCase(const RowPass<S, D>& pass) {
           const vt::Image<D> dst(size.width, size.height, C);
           EXPECT_EQ(call(dst, src.step(), k, divisor, false), vnxStatusBadAnchor);
           EXPECT_EQ(call(dst, size.width * C * int(sizeof(S)) - 1, anchor, divisor, false), vnxStatusBadStep);
-          if (sizeof(S) > 1) EXPECT_EQ(call(dst, src.step() + 1, anchor, divisor, false), vnxStatusStepNotMultiple);
-          if (!f32) EXPECT_EQ(call(dst, src.step(), anchor, 0, false), vnxStatusBadArg);
+          if (sizeof(S) > 1) { EXPECT_EQ(call(dst, src.step() + 1, anchor, divisor, false), vnxStatusStepNotMultiple); }
+          if (!f32) { EXPECT_EQ(call(dst, src.step(), anchor, 0, false), vnxStatusBadArg); }
           EXPECT_EQ(call(dst, src.step(), anchor, divisor, true), vnxStatusNullPtr);
           EXPECT_EQ(dst.pixels(), std::vector<D>(dst.pixels().size()));
         }
@@ -167,9 +167,9 @@ void everyColumnCase(const ColumnPass<K, D>& pass) {
           const int bytes = size.width * C * int(sizeof(D));
           EXPECT_EQ(call(nullptr, out.step(), divisor, buf.data()), vnxStatusNullPtr);
           EXPECT_EQ(call(out.ptr(), bytes - 1, divisor, nullptr), vnxStatusBadStep);
-          if (sizeof(D) > 1) EXPECT_EQ(call(out.ptr(), bytes + 1, divisor, nullptr), vnxStatusStepNotMultiple);
+          if (sizeof(D) > 1) { EXPECT_EQ(call(out.ptr(), bytes + 1, divisor, nullptr), vnxStatusStepNotMultiple); }
           EXPECT_EQ(call(out.ptr(), out.step(), 0, nullptr), vnxStatusNullPtr);
-          if (div) EXPECT_EQ(call(out.ptr(), out.step(), 0, buf.data()), vnxStatusBadArg);
+          if (div) { EXPECT_EQ(call(out.ptr(), out.step(), 0, buf.data()), vnxStatusBadArg); }
           EXPECT_EQ(out.pixels(), std::vector<D>(out.pixels().size()));
         }
         ASSERT_EQ(call(out.ptr(), out.step(), divisor, buf.data()), vnxStatusOk);
