@@ -103,7 +103,7 @@ void ownStreamRow(T* dst, const T* src, int n) {
   constexpr int kLanes = 16 / sizeof(T);
   int x = 0;
   for (; x < n && (reinterpret_cast<std::uintptr_t>(dst + x) & 15) != 0; ++x) dst[x] = src[x];
-  for (; x + kLanes <= n; x += kLanes) ownStore(dst + x, ownLoad(src + x), true);
+  for (; x + kLanes <= n; x += kLanes) ownStore(static_cast<void*>(dst + x), ownLoad(src + x), true);  // the bits as they are
   for (; x < n; ++x) dst[x] = src[x];
 }
 

@@ -162,6 +162,7 @@ AccMember accMember(const char* name, vnxStatus (*f)(S1, P...)) {
   const Kind k = has("Weighted") ? Kind::Weighted : has("Product") ? Kind::Product : has("Square") ? Kind::Square : Kind::Add;
   const bool masked = has("IMR");
   auto call = [f, k](const AccCall& c) -> vnxStatus {
+    (void)k;  // read only by the two-source members
     const AnyPtr s1{c.s1}, s2{c.s2}, m{c.mask};
     if constexpr (sizeof...(P) == 4) return f(s1, c.s1Step, c.acc, c.accStep, c.roi);
     else if constexpr (sizeof...(P) == 5) return f(s1, c.s1Step, c.acc, c.accStep, c.roi, c.alpha);
