@@ -109,7 +109,6 @@ struct Form {
   const char* name;
   int c;
   vnxStatus (*getSize)(int, const vnx8u*, vnxiSize, int*);
-  vnxStatus (*init)(int, const vnx8u*, vnxiSize, vnxiPoint, vnxiMorphState*);
   vnxStatus (*initAlloc)(int, const vnx8u*, vnxiSize, vnxiPoint, vnxiMorphState**);
   Apply<T> dilate, erode;
   Filter<T> filterMax, filterMin;
@@ -121,46 +120,16 @@ struct Form {
   Composite<T> open, close, tophat, blackhat, gradient;
 };
 
-inline std::vector<Form<vnx8u>> forms8u() {
-  return {{"8u_C1R", 1, vnxiMorphologyGetSize_8u_C1R, vnxiMorphologyInit_8u_C1R, vnxiMorphologyInitAlloc_8u_C1R,
-           vnxiDilateBorderReplicate_8u_C1R, vnxiErodeBorderReplicate_8u_C1R, vnxiFilterMaxBorderReplicate_8u_C1R,
-           vnxiFilterMinBorderReplicate_8u_C1R, vnxiFilterMaxGetBufferSize_8u_C1R, vnxiFilterMinGetBufferSize_8u_C1R,
-           vnxiMorphAdvGetSize_8u_C1R, vnxiMorphAdvInit_8u_C1R, vnxiMorphAdvInitAlloc_8u_C1R,
-           vnxiMorphOpenBorder_8u_C1R, vnxiMorphCloseBorder_8u_C1R, vnxiMorphTophatBorder_8u_C1R,
-           vnxiMorphBlackhatBorder_8u_C1R, vnxiMorphGradientBorder_8u_C1R},
-          {"8u_C3R", 3, vnxiMorphologyGetSize_8u_C3R, vnxiMorphologyInit_8u_C3R, vnxiMorphologyInitAlloc_8u_C3R,
-           vnxiDilateBorderReplicate_8u_C3R, vnxiErodeBorderReplicate_8u_C3R, vnxiFilterMaxBorderReplicate_8u_C3R,
-           vnxiFilterMinBorderReplicate_8u_C3R, vnxiFilterMaxGetBufferSize_8u_C3R, vnxiFilterMinGetBufferSize_8u_C3R,
-           vnxiMorphAdvGetSize_8u_C3R, vnxiMorphAdvInit_8u_C3R, vnxiMorphAdvInitAlloc_8u_C3R,
-           vnxiMorphOpenBorder_8u_C3R, vnxiMorphCloseBorder_8u_C3R, vnxiMorphTophatBorder_8u_C3R,
-           vnxiMorphBlackhatBorder_8u_C3R, vnxiMorphGradientBorder_8u_C3R},
-          {"8u_C4R", 4, vnxiMorphologyGetSize_8u_C4R, vnxiMorphologyInit_8u_C4R, vnxiMorphologyInitAlloc_8u_C4R,
-           vnxiDilateBorderReplicate_8u_C4R, vnxiErodeBorderReplicate_8u_C4R, vnxiFilterMaxBorderReplicate_8u_C4R,
-           vnxiFilterMinBorderReplicate_8u_C4R, vnxiFilterMaxGetBufferSize_8u_C4R, vnxiFilterMinGetBufferSize_8u_C4R,
-           vnxiMorphAdvGetSize_8u_C4R, vnxiMorphAdvInit_8u_C4R, vnxiMorphAdvInitAlloc_8u_C4R,
-           vnxiMorphOpenBorder_8u_C4R, vnxiMorphCloseBorder_8u_C4R, vnxiMorphTophatBorder_8u_C4R,
-           vnxiMorphBlackhatBorder_8u_C4R, vnxiMorphGradientBorder_8u_C4R}};
-}
-inline std::vector<Form<vnx32f>> forms32f() {
-  return {{"32f_C1R", 1, vnxiMorphologyGetSize_32f_C1R, vnxiMorphologyInit_32f_C1R, vnxiMorphologyInitAlloc_32f_C1R,
-           vnxiDilateBorderReplicate_32f_C1R, vnxiErodeBorderReplicate_32f_C1R, vnxiFilterMaxBorderReplicate_32f_C1R,
-           vnxiFilterMinBorderReplicate_32f_C1R, vnxiFilterMaxGetBufferSize_32f_C1R, vnxiFilterMinGetBufferSize_32f_C1R,
-           vnxiMorphAdvGetSize_32f_C1R, vnxiMorphAdvInit_32f_C1R, vnxiMorphAdvInitAlloc_32f_C1R,
-           vnxiMorphOpenBorder_32f_C1R, vnxiMorphCloseBorder_32f_C1R, vnxiMorphTophatBorder_32f_C1R,
-           vnxiMorphBlackhatBorder_32f_C1R, vnxiMorphGradientBorder_32f_C1R},
-          {"32f_C3R", 3, vnxiMorphologyGetSize_32f_C3R, vnxiMorphologyInit_32f_C3R, vnxiMorphologyInitAlloc_32f_C3R,
-           vnxiDilateBorderReplicate_32f_C3R, vnxiErodeBorderReplicate_32f_C3R, vnxiFilterMaxBorderReplicate_32f_C3R,
-           vnxiFilterMinBorderReplicate_32f_C3R, vnxiFilterMaxGetBufferSize_32f_C3R, vnxiFilterMinGetBufferSize_32f_C3R,
-           vnxiMorphAdvGetSize_32f_C3R, vnxiMorphAdvInit_32f_C3R, vnxiMorphAdvInitAlloc_32f_C3R,
-           vnxiMorphOpenBorder_32f_C3R, vnxiMorphCloseBorder_32f_C3R, vnxiMorphTophatBorder_32f_C3R,
-           vnxiMorphBlackhatBorder_32f_C3R, vnxiMorphGradientBorder_32f_C3R},
-          {"32f_C4R", 4, vnxiMorphologyGetSize_32f_C4R, vnxiMorphologyInit_32f_C4R, vnxiMorphologyInitAlloc_32f_C4R,
-           vnxiDilateBorderReplicate_32f_C4R, vnxiErodeBorderReplicate_32f_C4R, vnxiFilterMaxBorderReplicate_32f_C4R,
-           vnxiFilterMinBorderReplicate_32f_C4R, vnxiFilterMaxGetBufferSize_32f_C4R, vnxiFilterMinGetBufferSize_32f_C4R,
-           vnxiMorphAdvGetSize_32f_C4R, vnxiMorphAdvInit_32f_C4R, vnxiMorphAdvInitAlloc_32f_C4R,
-           vnxiMorphOpenBorder_32f_C4R, vnxiMorphCloseBorder_32f_C4R, vnxiMorphTophatBorder_32f_C4R,
-           vnxiMorphBlackhatBorder_32f_C4R, vnxiMorphGradientBorder_32f_C4R}};
-}
+// The members of one form, by the suffix of their names.
+#define MT_FORM(sfx, c)                                                                                            \
+  {#sfx, c, vnxiMorphologyGetSize_##sfx, vnxiMorphologyInitAlloc_##sfx, vnxiDilateBorderReplicate_##sfx,         \
+   vnxiErodeBorderReplicate_##sfx, vnxiFilterMaxBorderReplicate_##sfx, vnxiFilterMinBorderReplicate_##sfx,       \
+   vnxiFilterMaxGetBufferSize_##sfx, vnxiFilterMinGetBufferSize_##sfx, vnxiMorphAdvGetSize_##sfx,                \
+   vnxiMorphAdvInit_##sfx, vnxiMorphAdvInitAlloc_##sfx, vnxiMorphOpenBorder_##sfx, vnxiMorphCloseBorder_##sfx,   \
+   vnxiMorphTophatBorder_##sfx, vnxiMorphBlackhatBorder_##sfx, vnxiMorphGradientBorder_##sfx}
+inline std::vector<Form<vnx8u>> forms8u() { return {MT_FORM(8u_C1R, 1), MT_FORM(8u_C3R, 3), MT_FORM(8u_C4R, 4)}; }
+inline std::vector<Form<vnx32f>> forms32f() { return {MT_FORM(32f_C1R, 1), MT_FORM(32f_C3R, 3), MT_FORM(32f_C4R, 4)}; }
+#undef MT_FORM
 
 // A random image under a guard page (after or before), its dense copy, and a
 // destination pre-filled with a value no reference can hide behind. Floats are

@@ -1,9 +1,13 @@
 // Marker labelling against a raster-order breadth-first labelling written from the
 // contract: binarised markers, labels minLabel .. maxLabel and round again, the
-// count of every component; the check order.
+// count of every component; the check order; OpenCV's count of 8-connected
+// components as a second oracle where OpenCV is found.
 #include <string>
 
 #include "support.h"
+#ifdef VNX_HAVE_OPENCV
+#include <opencv2/imgproc.hpp>
+#endif
 
 namespace {
 
@@ -66,5 +70,25 @@ TEST(LabelMarkers, StatusesInCheckOrderAndNothingWritten) {
   EXPECT_EQ(vnxStatusNullPtr, vnxiLabelMarkersGetBufferSize_8u_C1R({4, 4}, nullptr));
   EXPECT_EQ(vnxStatusBadSize, vnxiLabelMarkersGetBufferSize_8u_C1R({4, 0}, &size));
 }
+
+#ifdef VNX_HAVE_OPENCV
+TEST(LabelMarkersOracle, CountsWhatOpenCVCounts) {
+  const vnxiSize roi{160, 120};
+  int size = 0;
+  ASSERT_EQ(vnxiLabelMarkersGetBufferSize_8u_C1R(roi, &size), vnxStatusOk);
+  std::vector<vnx8u> buffer(static_cast<std::size_t>(size)), markers(std::size_t(roi.width) * roi.height);
+  std::mt19937 rng(3);
+  for (double density : {0.3, 0.5, 0.7}) {
+    std::bernoulli_distribution zero(density);
+    for (auto& p : markers) p = zero(rng) ? 0 : 9;
+    cv::Mat labels;
+    const int theirs =
+        cv::connectedComponents(cv::Mat(roi.height, roi.width, CV_8UC1, markers.data()).clone(), labels, 8, CV_32S) - 1;
+    int ours = -1;
+    ASSERT_EQ(vnxiLabelMarkers_8u_C1IR(markers.data(), roi.width, roi, 1, 254, 0, &ours, buffer.data()), vnxStatusOk);
+    EXPECT_EQ(ours, theirs) << "density " << density;
+  }
+}
+#endif
 
 }  // namespace

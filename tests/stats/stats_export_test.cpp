@@ -23,14 +23,6 @@
 
 namespace {
 
-enum class Ty { U8, S8, U16, F32 };
-template <class T>
-constexpr Ty tyOf() {
-  return std::is_same<T, vnx8u>::value ? Ty::U8 : std::is_same<T, vnx8s>::value ? Ty::S8
-         : std::is_same<T, vnx16u>::value ? Ty::U16 : Ty::F32;
-}
-int elemBytes(Ty t) { return t == Ty::U8 || t == Ty::S8 ? 1 : t == Ty::U16 ? 2 : 4; }
-
 // An image of any of the four types (row padding holds a canary), read as double.
 struct AnyImage {
   std::shared_ptr<void> holder;
@@ -45,40 +37,21 @@ AnyImage makeImage(int w, int h, int channels, vt::Guard guard, const std::funct
   vt::Image<T>* raw = img.get();
   return {img, img->ptr(), img->step(), [raw](int x, int y, int c) { return double(raw->at(x, y, c)); }};
 }
-AnyImage imageOf(Ty ty, int w, int h, int channels, vt::Guard guard, const std::function<double(int, int, int)>& f) {
-  switch (ty) {
-    case Ty::U8: return makeImage<vnx8u>(w, h, channels, guard, f);
-    case Ty::S8: return makeImage<vnx8s>(w, h, channels, guard, f);
-    case Ty::U16: return makeImage<vnx16u>(w, h, channels, guard, f);
-    default: return makeImage<vnx32f>(w, h, channels, guard, f);
-  }
-}
-double randomOf(Ty ty, std::mt19937& rng) {
-  switch (ty) {
-    case Ty::U8: return vt::randomSample<vnx8u>(rng);
-    case Ty::S8: return vt::randomSample<vnx8s>(rng);
-    case Ty::U16: return vt::randomSample<vnx16u>(rng);
-    default: return vt::randomSample<vnx32f>(rng);
-  }
-}
 
 // Masks: all zero, all 255, or random (about a third of the pixels selected, values 1..255).
 enum class MaskKind { Empty, Full, Random };
-struct Mask {
-  std::shared_ptr<vt::Image<vnx8u>> img;
-  bool on(int x, int y) const { return img->at(x, y) != 0; }
-};
-Mask makeMask(MaskKind k, int w, int h, std::mt19937& rng, vt::Guard guard = vt::Guard::After) {
-  auto img = std::make_shared<vt::Image<vnx8u>>(w, h, 1, 5, guard);
+using Mask = vt::Image<vnx8u>;
+std::shared_ptr<Mask> makeMask(MaskKind k, int w, int h, std::mt19937& rng, vt::Guard guard = vt::Guard::After) {
+  auto img = std::make_shared<Mask>(w, h, 1, 5, guard);
   img->fill([&](int, int, int) {
     return k == MaskKind::Empty ? 0u : k == MaskKind::Full ? 255u : rng() % 3 == 0 ? unsigned(1 + rng() % 255) : 0u;
   });
-  return {img};
+  return img;
 }
 
 // The operands and results of one call of any statistics export. Results are numbered
-// in argument order (mean, deviation; norm; minimum, maximum and their locations); a
-// result whose bit in `wanted` is clear is passed as a null pointer.
+// in argument order (mean, deviation; norm; minimum, maximum and their locations), each
+// in a slot of its own; a result whose bit in `wanted` is clear is passed as a null pointer.
 struct Call {
   const void *src1 = nullptr, *src2 = nullptr;
   int step1 = 0, step2 = 0;
@@ -87,25 +60,27 @@ struct Call {
   vnxiSize roi{0, 0};
   int coi = 1;
   unsigned wanted = ~0u;
-  double d[2] = {-7, -7};
-  float f[2] = {-7, -7};
-  vnxiPoint p[2] = {{-7, -7}, {-7, -7}};
+  union { double d; float f; vnxiPoint p; } out[4] = {{-7}, {-7}, {-7}, {-7}};
 };
 Call callOn(const AnyImage& a, const AnyImage& b, const Mask* mask, vnxiSize r, int coi) {
   Call c;
   c.src1 = a.ptr, c.step1 = a.step, c.src2 = b.ptr, c.step2 = b.step, c.roi = r, c.coi = coi;
-  if (mask) c.mask = mask->img->ptr(), c.maskStep = mask->img->step();
+  if (mask) c.mask = mask->ptr(), c.maskStep = mask->step();
   return c;
 }
 
 // One export and what its name says: element type, channels, mask, sources.
 struct Member {
   std::string name;
-  Ty ty;
+  bool flt;
+  int bytes;
+  double top, bottom;  // the greatest and least values of the element type
   int channels;
   bool masked;
   int sources;  // 2: NormDiff, NormRel
   std::function<vnxStatus(Call&)> call;
+  decltype(&makeImage<vnx8u>) image;  // an image of the element type
+  double (*random)(std::mt19937&);     // a random sample of it
   bool is(const char* part) const { return name.find(part) != std::string::npos; }
 };
 
@@ -126,16 +101,9 @@ struct Binder {
       if (afterRoi) return c.coi;
       const int k = steps++;
       return k < sources ? (k ? c.step2 : c.step1) : c.maskStep;
-    } else if constexpr (std::is_same<P, vnx64f*>::value || std::is_same<P, vnx32f*>::value ||
-                         std::is_same<P, vnxiPoint*>::value) {
+    } else if constexpr (!std::is_const<typename std::remove_pointer<P>::type>::value) {  // a result
       const int k = results++;
-      if (!(c.wanted >> k & 1)) return nullptr;
-      if constexpr (std::is_same<P, vnx64f*>::value)
-        return &c.d[k];
-      else if constexpr (std::is_same<P, vnx32f*>::value)
-        return &c.f[k];
-      else
-        return &c.p[k - 2];
+      return c.wanted >> k & 1 ? reinterpret_cast<P>(&c.out[k]) : nullptr;
     } else {
       const int k = ptrs++;
       return static_cast<P>(k < sources ? (k ? c.src2 : c.src1) : static_cast<const void*>(c.mask));
@@ -152,7 +120,10 @@ Member member(const char* name, vnxStatus (*f)(First, P...)) {
     std::tuple<First, P...> args{b.template get<First>(), b.template get<P>()...};  // in order
     return std::apply(f, args);
   };
-  return {n, tyOf<T>(), n.find("_C3") != std::string::npos ? 3 : 1, n.find("MR") != std::string::npos, sources, call};
+  using L = std::numeric_limits<T>;
+  return {n, L::is_iec559, int(sizeof(T)), double(L::max()), double(L::lowest()), n.find("_C3") != std::string::npos ? 3 : 1,
+          n.find("MR") != std::string::npos, sources, call, makeImage<T>,
+          [](std::mt19937& rng) { return double(vt::randomSample<T>(rng)); }};
 }
 
 #define M(fn) member(#fn, fn)
@@ -173,7 +144,6 @@ const std::vector<Member>& allMembers() {
 
 bool isExtrema(const Member& m) { return m.is("MinMax"); }
 bool isNorm(const Member& m) { return m.is("Norm"); }
-const std::uint64_t kNaN64 = 0xFFF8000000000000ull;
 
 // What a call reports: the status, two values (mean and deviation, minimum and
 // maximum, or the norm) and the two locations of the extrema.
@@ -187,15 +157,14 @@ struct Outcome {
 Outcome reference(const Member& m, const AnyImage& a, const AnyImage& b, const Mask* mask, vnxiSize r, int coi) {
   const int c = m.channels == 3 ? coi - 1 : 0;
   Outcome o{vnxStatusOk, {0, 0}, {{0, 0}, {0, 0}}, 0};
-  const double top = m.ty == Ty::U8 ? 255 : m.ty == Ty::S8 ? 127 : m.ty == Ty::U16 ? 65535 : 3.4028234663852886e38;
-  const double bottom = m.ty == Ty::S8 ? -128 : m.ty == Ty::F32 ? -top : 0;
-  double mn = top, mx = bottom;
+  double mn = m.top, mx = m.bottom;
   bool found[2] = {false, false};
+  const bool inf = m.is("_Inf_"), l1 = m.is("_L1_"), l2 = m.is("_L2_");
   long double s = 0, q = 0, num = 0, den = 0;
   std::vector<double> picked;
   for (int y = 0; y < r.height; ++y)
     for (int x = 0; x < r.width; ++x) {
-      if (mask && !mask->on(x, y)) continue;
+      if (mask && !mask->at(x, y)) continue;
       double v = a.at(x, y, c);
       o.scale = std::max(o.scale, std::fabs(v));
       picked.push_back(v);
@@ -203,22 +172,21 @@ Outcome reference(const Member& m, const AnyImage& a, const AnyImage& b, const M
       if (v < mn) mn = v, o.p[0] = {x, y}, found[0] = true;
       if (v > mx) mx = v, o.p[1] = {x, y}, found[1] = true;
       const double w = m.sources == 2 ? b.at(x, y, c) : 0;
-      if (m.sources == 2) v = m.ty == Ty::F32 ? double(float(v) - float(w)) : v - w;
-      if (m.is("_Inf_"))
+      if (m.sources == 2) v = m.flt ? double(float(v) - float(w)) : v - w;
+      if (inf)
         num = std::max<long double>(num, std::fabs(v)), den = std::max<long double>(den, std::fabs(w));
-      else if (m.is("_L1_"))
+      else if (l1)
         num += std::fabs(v), den += std::fabs(w);
       else
         num += static_cast<long double>(v) * v, den += static_cast<long double>(w) * w;
     }
   const double n = double(picked.size());
-  const bool l2 = m.is("_L2_");
   if (isExtrema(m)) {
     if (n) o.v[0] = float(mn), o.v[1] = float(mx);
     const double extreme[2] = {mn, mx};  // equal to its start value: the first selected sample of it in row 0, or x = 0
     for (int k = 0; k < 2; ++k)
       for (int x = r.width - 1; x >= 0 && n && !found[k]; --x)
-        if ((!mask || mask->on(x, 0)) && a.at(x, 0, c) == extreme[k]) o.p[k] = {x, 0};
+        if ((!mask || mask->at(x, 0)) && a.at(x, 0, c) == extreme[k]) o.p[k] = {x, 0};
     return o;
   }
   o.p[0] = o.p[1] = {0, 0};
@@ -238,7 +206,7 @@ Outcome reference(const Member& m, const AnyImage& a, const AnyImage& b, const M
   } else if (n) {
     const double mean = double(s) / n;
     double sd = std::sqrt(std::fabs(double(q) / n - mean * mean));
-    if (m.ty == Ty::F32 && 0.05 * mean * mean > sd * sd) {
+    if (m.flt && 0.05 * mean * mean > sd * sd) {
       const double mf = static_cast<float>(mean);
       long double d = 0;
       for (double v : picked) d += (static_cast<long double>(v) - mf) * (static_cast<long double>(v) - mf);
@@ -247,61 +215,51 @@ Outcome reference(const Member& m, const AnyImage& a, const AnyImage& b, const M
     o.v[0] = mean, o.v[1] = m.is("StdDev") ? sd : 0;
   }
   for (double& v : o.v)
-    if (std::isnan(v)) std::memcpy(&v, &kNaN64, 8);
+    if (std::isnan(v)) v = -std::numeric_limits<double>::quiet_NaN();  // 0xFFF8000000000000
   return o;
 }
 
-// A call that wants only some results (extrema, deviations: `wanted` bits clear)
-// leaves the others at -7; the reference says so too.
 Outcome run(const Member& m, const AnyImage& a, const AnyImage& b, const Mask* mask, vnxiSize r, int coi,
             unsigned wanted = ~0u) {
   Call c = callOn(a, b, mask, r, coi);
   c.wanted = wanted;
   const vnxStatus s = m.call(c);
-  if (isExtrema(m)) return {s, {c.f[0], c.f[1]}, {c.p[0], c.p[1]}, 0};
-  return {s, {c.d[0], m.is("StdDev") ? c.d[1] : 0}, {{0, 0}, {0, 0}}, 0};
-}
-Outcome wantedOnly(const Member& m, Outcome e, unsigned wanted) {
-  for (int k = 0; k < 2; ++k) {
-    if (!(wanted >> k & 1)) e.v[k] = -7;
-    if (isExtrema(m) && !(wanted >> (k + 2) & 1)) e.p[k] = {-7, -7};
-  }
-  return e;
+  if (isExtrema(m)) return {s, {c.out[0].f, c.out[1].f}, {c.out[2].p, c.out[3].p}, 0};
+  return {s, {c.out[0].d, m.is("StdDev") ? c.out[1].d : 0}, {{0, 0}, {0, 0}}, 0};
 }
 
 // Integer results and extrema to the bit; 32f sums within a bound on the order of
 // the additions, which is the library's own; an exact zero deviation stays exact.
-void expectOutcome(const Member& m, const Outcome& e, const Outcome& g, const std::string& what) {
+// Results the call did not want (their `wanted` bits clear, null pointers) are not read.
+void expectOutcome(const Member& m, const Outcome& e, const Outcome& g, const std::string& what, unsigned wanted = ~0u) {
   ASSERT_EQ(g.status, e.status) << what;
   for (int k = 0; k < 2; ++k) {
-    const bool approx = m.ty == Ty::F32 && !isExtrema(m) && !m.is("_Inf_") && std::isfinite(e.v[k]);
+    const bool approx = m.flt && !isExtrema(m) && !m.is("_Inf_") && std::isfinite(e.v[k]);
     const double tol = isNorm(m) ? std::fabs(e.v[k]) * 1e-12 : k == 0 ? e.scale * 1e-12 : e.v[k] ? e.scale * 1e-6 : 0;
-    if (approx)
-      EXPECT_NEAR(g.v[k], e.v[k], tol) << what << " result " << k;
-    else
-      EXPECT_EQ(vt::bits(g.v[k]), vt::bits(e.v[k])) << what << " result " << k << ": " << g.v[k] << " vs " << e.v[k];
-    EXPECT_TRUE(g.p[k].x == e.p[k].x && g.p[k].y == e.p[k].y)
+    EXPECT_TRUE(!(wanted >> k & 1) || (approx ? std::fabs(g.v[k] - e.v[k]) <= tol : vt::bits(g.v[k]) == vt::bits(e.v[k])))
+        << what << " result " << k << ": " << g.v[k] << " vs " << e.v[k];
+    EXPECT_TRUE((!isExtrema(m) || !(wanted >> (k + 2) & 1)) || (g.p[k].x == e.p[k].x && g.p[k].y == e.p[k].y))
         << what << " location " << k << ": " << g.p[k].x << "," << g.p[k].y << " vs " << e.p[k].x << "," << e.p[k].y;
   }
 }
 
 // Sources: random samples; four values only, so extremes repeat across rows and bands;
 // one value everywhere (the type's greatest, which fills the 8-bit square lanes
-// fastest; 32f: 1000.5, whose deviation must come out exactly 0). A 32f
-// plant replaces one sample in 4096: 1 any NaN, 2 +inf, 3 either infinity, 4 -0 or a denormal.
-enum class Src { Random, Few, Constant };
+// fastest; 32f: 1000.5, whose deviation must come out exactly 0); zero everywhere (the
+// second image of a constant first one: relative norms warn with +inf). A 32f plant
+// replaces one sample in 4096: 1 any NaN, 2 +inf, 3 either infinity, 4 -0 or a denormal.
+enum class Src { Random, Few, Constant, Zero };
 AnyImage source(const Member& m, vnxiSize r, std::mt19937& rng, vt::Guard g, Src kind, int plant = 0) {
-  const double lo = m.ty == Ty::S8 ? -128 : m.ty == Ty::F32 ? -2.5 : 0;
-  const double stride = m.ty == Ty::U16 ? 21845 : m.ty == Ty::F32 ? 1 : 85;
-  const double one = m.ty == Ty::U8 ? 255 : m.ty == Ty::S8 ? 127 : m.ty == Ty::U16 ? 65535 : 1000.5;
-  return imageOf(m.ty, r.width, r.height, m.channels, g, [&](int, int, int) -> double {
+  const double lo = m.flt ? -2.5 : m.bottom, stride = m.flt ? 1 : (m.top - m.bottom) / 3, one = m.flt ? 1000.5 : m.top;
+  return m.image(r.width, r.height, m.channels, g, [&](int, int, int) -> double {
     if (plant && rng() % 4096 == 0) {
       const std::uint32_t sign = rng() % 2 ? 0x80000000u : 0;
       if (plant == 1) return vt::fromBits(sign | 0x7FC00000u | std::uint32_t(rng() % 0x3FFFFF));
       if (plant == 4) return rng() % 2 ? -0.0 : double(vt::fromBits(sign | std::uint32_t(1 + rng() % 0x7FFFFF)));
       return plant == 3 && sign ? -HUGE_VAL : HUGE_VAL;
     }
-    return kind == Src::Random ? randomOf(m.ty, rng) : kind == Src::Constant ? one : lo + stride * (rng() % 4);
+    if (kind == Src::Random) return m.random(rng);
+    return kind == Src::Constant ? one : kind == Src::Zero ? 0 : lo + stride * (rng() % 4);
   });
 }
 
@@ -311,7 +269,7 @@ std::string describe(const Member& m, vnxiSize r, const char* more, int value) {
 
 // Single rows and columns, around one vector, odd widths, rows wider than one run of
 // 16384 samples (one channel) or 1024 pixels (three channels); every mask kind, every
-// channel, random subsets of the wanted results.
+// channel, random subsets of the wanted results; a constant image against a zero one.
 TEST(Statistics, EveryMemberMatchesTheReferenceOnAwkwardSizes) {
   std::mt19937 rng(11);
   for (const Member& m : allMembers())
@@ -320,15 +278,15 @@ TEST(Statistics, EveryMemberMatchesTheReferenceOnAwkwardSizes) {
       for (vt::Guard g : {vt::Guard::After, vt::Guard::Before})
         for (Src kind : {Src::Random, Src::Few, Src::Constant}) {
           if (kind == Src::Few && !isExtrema(m)) continue;
-          const AnyImage a = source(m, r, rng, g, kind), b = source(m, r, rng, g, Src::Random);
+          const AnyImage a = source(m, r, rng, g, kind), b = source(m, r, rng, g, kind == Src::Constant ? Src::Zero : Src::Random);
           for (MaskKind mk : {MaskKind::Empty, MaskKind::Full, MaskKind::Random}) {
             if (!m.masked && mk != MaskKind::Full) continue;
-            const Mask mask = makeMask(mk, r.width, r.height, rng, g);
-            const Mask* mp = m.masked ? &mask : nullptr;
+            const auto mask = makeMask(mk, r.width, r.height, rng, g);
+            const Mask* mp = m.masked ? mask.get() : nullptr;
             for (int coi = 1; coi <= m.channels; ++coi) {
               const unsigned wanted = isExtrema(m) || m.is("StdDev") ? rng() % 16 : ~0u;
-              expectOutcome(m, wantedOnly(m, reference(m, a, b, mp, r, coi), wanted),
-                            run(m, a, b, mp, r, coi, wanted), describe(m, r, " mask ", int(mk)) + " coi " + std::to_string(coi));
+              expectOutcome(m, reference(m, a, b, mp, r, coi), run(m, a, b, mp, r, coi, wanted),
+                            describe(m, r, " mask ", int(mk)) + " coi " + std::to_string(coi), wanted);
             }
           }
         }
@@ -341,25 +299,23 @@ TEST(Statistics, EveryMemberMatchesTheReferenceOnAwkwardSizes) {
 TEST(Statistics, BandsKeepTheReferenceAndRunsRepeat) {
   std::mt19937 rng(12);
   for (const Member& m : allMembers()) {
-    const bool tall = m.ty == Ty::U8 && m.channels == 1;
     int plant = 0;
     for (vnxiSize r : {vnxiSize{4999, 1}, vnxiSize{5001, 1}, vnxiSize{128, 127}, vnxiSize{128, 128}, vnxiSize{512, 255},
                        vnxiSize{512, 256}, vnxiSize{512, 511}, vnxiSize{512, 512}, vnxiSize{7, 5000},
-                       tall ? vnxiSize{64, 82000} : vnxiSize{600, 1000}}) {
-      plant = m.ty == Ty::F32 ? (plant + 1) % 5 : 0;
+                       m.is("_8u_C1") ? vnxiSize{64, 82000} : vnxiSize{600, 1000}}) {
+      plant = m.flt ? (plant + 1) % 5 : 0;
       const Src kind = r.height == 82000 ? Src::Constant : isExtrema(m) ? Src::Few : Src::Random;
       const AnyImage a = source(m, r, rng, vt::Guard::After, kind, plant);
-      const AnyImage b = source(m, r, rng, vt::Guard::After, Src::Random);
-      const Mask mask = makeMask(MaskKind::Random, r.width, r.height, rng);
-      const Mask* mp = m.masked ? &mask : nullptr;
+      const AnyImage b = m.sources == 2 ? source(m, r, rng, vt::Guard::After, Src::Random) : a;
+      const auto mask = makeMask(m.masked ? MaskKind::Random : MaskKind::Full, r.width, r.height, rng);
+      const Mask* mp = m.masked ? mask.get() : nullptr;
       const int coi = m.channels == 3 ? 2 : 1;
       const Outcome e = reference(m, a, b, mp, r, coi);
       for (int n : {1, 2, 3, 7, 40}) {
         vt::Threads threads(n);
         const Outcome first = run(m, a, b, mp, r, coi), again = run(m, a, b, mp, r, coi);
         expectOutcome(m, e, first, describe(m, r, " threads ", n) + " plant " + std::to_string(plant));
-        EXPECT_EQ(vt::bits(first.v[0]), vt::bits(again.v[0])) << describe(m, r, " repeated, threads ", n);
-        EXPECT_EQ(vt::bits(first.v[1]), vt::bits(again.v[1])) << describe(m, r, " repeated, threads ", n);
+        EXPECT_EQ(std::memcmp(first.v, again.v, sizeof first.v), 0) << describe(m, r, " repeated, threads ", n);
       }
     }
   }
@@ -372,10 +328,10 @@ TEST(Statistics, BandsKeepTheReferenceAndRunsRepeat) {
 TEST(Statistics, StatusesInOrderForEveryMember) {
   std::mt19937 rng(14);
   for (const Member& m : allMembers()) {
-    const int eb = elemBytes(m.ty), rb = 5 * m.channels * eb;
+    const int eb = m.bytes, rb = 5 * m.channels * eb;
     const AnyImage a = source(m, {5, 3}, rng, vt::Guard::After, Src::Random);
-    const Mask mask = makeMask(MaskKind::Full, 5, 3, rng);
-    const Call valid = callOn(a, a, m.masked ? &mask : nullptr, {5, 3}, 1);
+    const auto mask = makeMask(MaskKind::Full, 5, 3, rng);
+    const Call valid = callOn(a, a, m.masked ? mask.get() : nullptr, {5, 3}, 1);
     Call probe = valid;
     const vnxStatus ok = m.call(probe);  // NormRel of an image and itself may warn
     const vnxStatus coi = m.channels == 3 ? vnxStatusBadCoi : ok;
@@ -392,6 +348,7 @@ TEST(Statistics, StatusesInOrderForEveryMember) {
         {true, "negative step", [=](Call& c) { c.step1 = -rb; }, vnxStatusBadStep},
         {two, "short second step", [=](Call& c) { c.step2 = rb - 1; }, vnxStatusBadStep},
         {two, "misaligned first, short second", [=](Call& c) { c.step1 = rb + 1, c.step2 = rb - eb; }, vnxStatusBadStep},
+        {two, "misaligned second", [=](Call& c) { c.step2 = rb + 1; }, eb > 1 ? vnxStatusStepNotMultiple : ok},
         {m.masked, "short mask step, bad coi", [](Call& c) { c.maskStep = 4, c.coi = 0; }, vnxStatusBadStep},
         {m.masked, "misaligned source, short mask step", [=](Call& c) { c.step1 = rb + 1, c.maskStep = 4; },
          isNorm(m) && eb > 1 ? vnxStatusStepNotMultiple : vnxStatusBadStep},
@@ -407,8 +364,7 @@ TEST(Statistics, StatusesInOrderForEveryMember) {
       k.change(c);
       const vnxStatus s = m.call(c);
       EXPECT_EQ(s, k.expected) << m.name << ": " << k.what;
-      const bool untouched = c.d[0] == -7 && c.d[1] == -7 && c.f[0] == -7 && c.f[1] == -7 && c.p[0].x == -7 && c.p[1].y == -7;
-      EXPECT_TRUE(s >= 0 || untouched) << m.name << ": " << k.what;
+      EXPECT_TRUE(s >= 0 || std::memcmp(c.out, valid.out, sizeof c.out) == 0) << m.name << ": " << k.what;
     }
   }
 }
@@ -444,15 +400,11 @@ TEST(Statistics, Float32KernelChoiceAndUnalignedSources) {
   }
 }
 
-// A zero denominator warns with +inf over a positive numerator. 8.6 million
-// differences of 255 sum past 2^31 in the 32-bit signed sum of the 8u relative L1
+// 8.6 million differences of 255 sum past 2^31 in the 32-bit signed sum of the 8u relative L1
 // norm, which wraps negative: -inf over a zero second image.
 TEST(Statistics, RelativeNormsWarnOnZeroDenominatorAndWrapIn32Bits) {
-  const vnx8u one[2] = {3, 0}, zero[2] = {0, 0}, sel[2] = {1, 1};
-  double v = 0;
-  EXPECT_EQ(vnxiNormRel_L2_8u_C1MR(one, 2, zero, 2, sel, 2, {2, 1}, &v), vnxStatusDivByZero);
-  EXPECT_EQ(v, HUGE_VAL);
   const vnxiSize r{4096, 2100};
+  double v = 0;
   std::vector<vnx8u> a(std::size_t(r.width) * r.height, 255), b(a.size(), 0), mask(a.size(), 1);
   EXPECT_EQ(vnxiNormRel_L1_8u_C1MR(a.data(), r.width, b.data(), r.width, mask.data(), r.width, r, &v), vnxStatusDivByZero);
   EXPECT_EQ(v, -HUGE_VAL);

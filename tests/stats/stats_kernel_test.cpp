@@ -21,28 +21,28 @@ bool same(A a, A b) {
   return std::memcmp(&a, &b, sizeof a) == 0;
 }
 
+// A sums kernel (the sum, the squares or both) against its template, from nonzero sums.
+template <int What, class Src, class Sums>
+void checkSums(const Src& src, const vnx8u* sel, int n, Sums ref, const std::string& what) {
+  Sums got = ref;
+  ownSumsRow<What>(src, sel, 0, n, ref);
+  ownSumsRow_sse2<What>(src, sel, n, got);
+  EXPECT_TRUE(same(ref.sum, got.sum) && same(ref.sq, got.sq)) << what << " sums " << What;
+}
+
 // Sums (both, either), maxima from two start values and extrema of one source kind.
 template <class Src>
 void checkRowKernels(const Src& src, const vnx8u* sel, int n, const std::string& what) {
   using V = decltype(src.at(0));
   using Sums = ownSums<typename std::conditional<std::is_same<V, float>::value, double, std::uint64_t>::type>;
-  auto sums = [&](auto what_) {
-    constexpr int W = decltype(what_)::value;
-    Sums ref{1, 2}, got{1, 2};
-    ownSumsRow<W>(src, sel, 0, n, ref);
-    ownSumsRow_sse2<W>(src, sel, n, got);
-    EXPECT_TRUE(same(ref.sum, got.sum) && same(ref.sq, got.sq)) << what << " sums " << W;
-  };
-  sums(std::integral_constant<int, kOwnSum>());
-  sums(std::integral_constant<int, kOwnSq>());
-  sums(std::integral_constant<int, kOwnSum | kOwnSq>());
+  checkSums<kOwnSum>(src, sel, n, Sums{1, 2}, what);
+  checkSums<kOwnSq>(src, sel, n, Sums{1, 2}, what);
+  checkSums<kOwnSum | kOwnSq>(src, sel, n, Sums{1, 2}, what);
   for (V start : {V(0), V(100)})
     EXPECT_TRUE(same(ownMaxRow(src, sel, 0, n, start), ownMaxRow_sse2(src, sel, n, start))) << what << " max";
   V mn, mx;  // the start values of the extrema: the greatest and least lane values
-  if constexpr (std::is_same<V, float>::value)
-    mn = std::numeric_limits<float>::max(), mx = -mn;
-  else
-    mn = Src::Lanes::kTop, mx = 0;
+  if constexpr (std::is_same<V, float>::value) mn = std::numeric_limits<float>::max(), mx = -mn;
+  else mn = Src::Lanes::kTop, mx = 0;
   V mn2 = mn, mx2 = mx;
   ownMinMaxRow(src, sel, 0, n, mn, mx);
   ownMinMaxRow_sse2(src, sel, n, mn2, mx2);
@@ -76,12 +76,8 @@ void checkType() {
         checkRowKernels(Abs{a.data()}, s, w, what + " abs");
         checkRowKernels(AbsDiff{a.data(), b.data()}, s, w, what + " absdiff");
         if constexpr (flt) {
-          if (off % 4 == 0) {  // the aligned kernel peels single samples up to a 16-byte boundary
-            ownFltSums ref{0, 0}, got{0, 0};
-            ownSumsRow<kOwnSum | kOwnSq>(ownPlainSrc32f<true>{a.data()}, s, 0, w, ref);
-            ownSumsRow_sse2<kOwnSum | kOwnSq>(ownPlainSrc32f<true>{a.data()}, s, w, got);
-            EXPECT_TRUE(same(ref.sum, got.sum) && same(ref.sq, got.sq)) << what << " aligned";
-          }
+          if (off % 4 == 0)  // the aligned kernel peels single samples up to a 16-byte boundary
+            checkSums<kOwnSum | kOwnSq>(ownPlainSrc32f<true>{a.data()}, s, w, ownFltSums{0, 0}, what + " aligned");
           double ref = 0.5, got = 0.5;
           ownDevRow(Plain{a.data()}, s, 0, w, 1.25, ref);
           ownDevRow_sse2(Plain{a.data()}, s, w, 1.25, got);
@@ -106,10 +102,7 @@ void checkType() {
 }
 
 TEST(StatsKernels, RowKernelsMatchTheirTemplates) {
-  checkType<vnx8u>();
-  checkType<vnx8s>();
-  checkType<vnx16u>();
-  checkType<vnx32f>();
+  checkType<vnx8u>(), checkType<vnx8s>(), checkType<vnx16u>(), checkType<vnx32f>();
 }
 
 }  // namespace
