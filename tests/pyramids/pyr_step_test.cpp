@@ -148,9 +148,7 @@ TEST(PyrStep, StepCheckOrderLeavesDestinationUnchanged) {
       for (vnx32f& v : dst) v = 9.0f;
       const vnxStatus st = (up ? vnxiPyrUp_Gauss5x5_32f_C1R : vnxiPyrDown_Gauss5x5_32f_C1R)(r.s, r.ss, r.d, r.ds, r.roi, r.b);
       EXPECT_EQ(st, up ? r.up : r.down);
-      if (st < 0) {
-        EXPECT_EQ(dst[0], 9.0f);
-      }
+      EXPECT_TRUE(st >= 0 || dst[0] == 9.0f);
     }
 }
 
