@@ -45,16 +45,10 @@ struct Pyr {
   ~Pyr() { vnxiPyramidFree(rec); }
 };
 
-template <class T>
-using FlowFn = vnxStatus (*)(const vnxiPyramid*, const vnxiPyramid*, const vnxiPoint32f*, vnxiPoint32f*, vnx8u*,
-                             vnx32f*, int, int, int, int, vnx32f, vnxiOptFlowPyrLKState*);
-template <class T>
-using InitFn = vnxStatus (*)(vnxiOptFlowPyrLKState**, vnxiSize, int, int);
-
 struct Result { std::vector<vnxiPoint32f> next; std::vector<vnx8u> status; std::vector<vnx32f> error; };
 
-template <class T>
-Result track(InitFn<T> init, FlowFn<T> flow, const Pyr<T>& a, const Pyr<T>& b, const std::vector<vnxiPoint32f>& pts,
+template <class T, class Init, class Flow>
+Result track(Init init, Flow flow, const Pyr<T>& a, const Pyr<T>& b, const std::vector<vnxiPoint32f>& pts,
              int maxLev, int win = 11, int threads = 1, const std::vector<vnxiPoint32f>& start = {}) {
   vt::Threads t(threads);
   vnxiOptFlowPyrLKState* st = nullptr;
@@ -74,8 +68,8 @@ std::vector<vnxiPoint32f> grid() {
   return p;
 }
 
-template <class T>
-void checkKnownMotion(InitFn<T> init, FlowFn<T> flow) {
+template <class T, class Init, class Flow>
+void checkKnownMotion(Init init, Flow flow) {
   const double sx = 2.3, sy = -1.6;
   Pyr<T> a(160, 120, 2, 0, 0), b(160, 120, 2, sx, sy), a2(160, 120, 2, 0, 0);
   const auto pts = grid();
