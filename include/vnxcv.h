@@ -1273,8 +1273,9 @@ typedef struct { vnx32f x, y; } vnxiPoint32f;
  *   4(p(x) + p(x+1)) (total 64); left and top mirror (p(-1) is p(1)), right and bottom repeat the
  *   edge pixel (p(w) is p(w-1)).
  * Results: 8u (S + 128) >> 8 down, (S + 32) >> 6 up; 8s the floor of (S + 128) / 256 and (S + 32) / 64;
- *   32f S * 0.00390625 and S * 0.015625. Both steps sum rows first, then columns; 32f sums in the order
- *   ((6 p0 + 4 (p-1 + p1)) + p-2) + p2 down and (p-1 + 6 p0) + p1, 4 (p0 + p1) up, per pass.
+ *   32f S * 0.00390625 and S * 0.015625. 32f sums rows first, then columns, in the order
+ *   ((6 p0 + 4 (p-1 + p1)) + p-2) + p2 down and (p-1 + 6 p0) + p1, 4 (p0 + p1) up, per pass (integer
+ *   sums are exact in any order).
  * Buffer: down 6 R + 32 bytes with R = 4 w channels rounded up to 16; up 3 R' + 32 with R' = 8 w channels
  *   rounded up to 16; the steps align it themselves. Parallel bands take their rows from the buffer while
  *   it holds them; further bands take theirs from the scratch allocator, and when that fails the step runs

@@ -44,19 +44,6 @@ inline void ownPack16(vnx8s* d, __m128i lo, __m128i hi, ownStoreKind kind = ownS
   ownStoreLanes(d, _mm_packs_epi16(lo, hi), kind);
 }
 
-// Down, 8-bit: eight output columns i .. i + 7 read source columns 2i - 2 .. 2i + 17.
-template <class T>
-inline __m128i ownPyrDownH8(const T* s, std::int64_t i) {
-  __m128i em, om, e0, o0, e1, o1;
-  ownEvenOdd(s + 2 * i - 2, em, om);
-  ownEvenOdd(s + 2 * i, e0, o0);
-  ownEvenOdd(s + 2 * i + 2, e1, o1);
-  return ownTaps5(em, om, e0, o0, e1);
-}
-template <class T>
-inline void ownPyrDownH8At(const T* s, vnx16s* h, std::int64_t i) {
-  ownStore(h + i, ownPyrDownH8(s, i));
-}
 // Down, 32f: four output columns i .. i + 3 read source columns 2i - 2 .. 2i + 9.
 inline __m128 ownPyrDownH4(const vnx32f* s, std::int64_t i) {
   // five loads, one shuffle each for the even and odd columns: p-2..p1 with p2..p5,
@@ -71,20 +58,7 @@ inline __m128 ownPyrDownH4(const vnx32f* s, std::int64_t i) {
 // The lanes of the two-row down kernel: work samples a vector, the horizontal sums of
 // a source row at outputs i .., and the results of two output rows.
 template <class T>
-struct ownPyrDownLanes {
-  using V = __m128i;
-  static constexpr std::int64_t n = 8;
-  static V h(const T* s, std::int64_t i) { return ownPyrDownH8(s, i); }
-  static V load(const vnx16s* p) { return ownLoad(p); }
-  static void store(vnx16s* p, V v) { ownStore(p, v); }
-  static void out(T* d0, T* d1, V s0, V s1) {
-    constexpr bool u = std::is_same<T, vnx8u>::value;
-    const V r0 = ownRoundShift(s0, 8, u), r1 = ownRoundShift(s1, 8, u);
-    const V p = u ? _mm_packus_epi16(r0, r1) : _mm_packs_epi16(r0, r1);
-    _mm_storel_epi64(reinterpret_cast<__m128i*>(d0), p);
-    _mm_storel_epi64(reinterpret_cast<__m128i*>(d1), _mm_unpackhi_epi64(p, p));
-  }
-};
+struct ownPyrDownLanes;
 template <>
 struct ownPyrDownLanes<vnx32f> {
   using V = __m128;
@@ -150,20 +124,58 @@ void ownPyrDownPair(const T* const* src, std::int64_t width, const typename ownP
   ownPyrDownPairAt(src, width, old, fresh, d0, d1, 0);
   for (; i < n; ++i) ownPyrDownPairAt(src, width, old, fresh, d0, d1, i);
 }
-// The columns right of the last whole step take one more step ending at the last
-// vector still inside the row (it redoes a few columns); only the one or two edge
-// columns go through the border rule.
-template <class T>
-void ownPyrDownRowH8(const T* s, std::int64_t width, vnx16s* h, std::int64_t n) {
-  std::int64_t i = 1;
-  for (; i < n && 2 * i + 18 <= width; i += 8) ownPyrDownH8At(s, h, i);
-  const std::int64_t last = width >= 20 ? (width - 18) / 2 : 0;  // 2 last + 18 <= width
-  if (i < n && last >= 1) {
-    ownPyrDownH8At(s, h, last);
-    i = last + 8;
+// Column sums of R output rows over 16 source columns c .. c + 15 (c even): eight
+// even and eight odd columns a row, each a vector of 16-bit lanes.
+template <int R, class T>
+inline void ownPyrDownColsAt(const T* const* s, vnx16s* const* ev, vnx16s* const* od, std::int64_t c) {
+  __m128i e[2 * R + 3], o[2 * R + 3];
+  for (int r = 0; r < 2 * R + 3; ++r) ownEvenOdd(s[r] + c, e[r], o[r]);
+  for (int q = 0; q < R; ++q) {
+    const int r = 2 * q;
+    ownStore(ev[q] + (c >> 1), ownTaps5(e[r], e[r + 1], e[r + 2], e[r + 3], e[r + 4]));
+    ownStore(od[q] + (c >> 1), ownTaps5(o[r], o[r + 1], o[r + 2], o[r + 3], o[r + 4]));
   }
-  ownPyrDownRowH(s, width, 1, h, 0, 1 < n ? 1 : n);
-  ownPyrDownRowH(s, width, 1, h, i < n ? i : n, n);
+}
+// Whole vectors from column 0; two or more columns left take one more vector, the last
+// even-started one inside the row (it redoes a few columns with the same values); an
+// odd width may leave its last column to the reference.
+template <int R, class T>
+void ownPyrDownCols8(const T* const* src, std::int64_t width, vnx16s* const* evs, vnx16s* const* ods) {
+  // the pointers in locals: the stores could otherwise alias the arrays that hold them
+  const T* s[2 * R + 3];
+  vnx16s *ev[R], *od[R];
+  for (int r = 0; r < 2 * R + 3; ++r) s[r] = src[r];
+  for (int q = 0; q < R; ++q) ev[q] = evs[q], od[q] = ods[q];
+  std::int64_t c = 0;
+  for (; c + 16 <= width; c += 16) ownPyrDownColsAt<R>(s, ev, od, c);
+  if (width - c > 1 && width >= 16) {
+    c = (width - 16) & ~std::int64_t{1};
+    ownPyrDownColsAt<R>(s, ev, od, c);
+    c += 16;
+  }
+  for (int q = 0; q < R; ++q) ownPyrDownColsRow(s + 2 * q, width, ev[q], od[q], c);
+}
+// Sixteen outputs k .. k + 15 from the column sums and their margins.
+template <class T>
+inline void ownPyrDownDecimateAt(const vnx16s* ev, const vnx16s* od, T* d, std::int64_t k) {
+  __m128i r[2];
+  for (int v = 0; v < 2; ++v) {
+    const vnx16s *e = ev + k + 8 * v, *o = od + k + 8 * v;
+    r[v] = ownRoundShift(ownTaps5(ownLoad(e - 1), ownLoad(o - 1), ownLoad(e), ownLoad(o), ownLoad(e + 1)), 8,
+                         std::is_same<T, vnx8u>::value);
+  }
+  ownPack16(d + k, r[0], r[1]);
+}
+// Whole steps, then one ending at the row end (it redoes a few outputs).
+template <class T>
+void ownPyrDownDecimate8(const vnx16s* ev, const vnx16s* od, T* d, std::int64_t n) {
+  std::int64_t k = 0;
+  for (; k + 16 <= n; k += 16) ownPyrDownDecimateAt(ev, od, d, k);
+  if (k < n && n >= 16) {
+    ownPyrDownDecimateAt(ev, od, d, n - 16);
+    k = n;
+  }
+  ownPyrDownDecimateRow(ev, od, d, k, n);
 }
 template <class T>
 void ownPyrDownRowV8(const vnx16s* const* r, T* d, std::int64_t n) {
@@ -255,12 +267,6 @@ void ownPyrUpStep8(const T* s, std::int64_t width, const vnx16s* above, const vn
 }
 }  // namespace
 
-void ownPyrDownRowH_sse2(const vnx8u* s, std::int64_t width, vnx16s* h, std::int64_t n) {
-  ownPyrDownRowH8(s, width, h, n);
-}
-void ownPyrDownRowH_sse2(const vnx8s* s, std::int64_t width, vnx16s* h, std::int64_t n) {
-  ownPyrDownRowH8(s, width, h, n);
-}
 void ownPyrDownRowH_sse2(const vnx32f* s, std::int64_t width, vnx32f* h, std::int64_t n) {
   std::int64_t i = 1;
   for (; i < n && 2 * i + 10 <= width; i += 4) {
@@ -270,17 +276,21 @@ void ownPyrDownRowH_sse2(const vnx32f* s, std::int64_t width, vnx32f* h, std::in
   ownPyrDownRowH(s, width, 1, h, 0, 1 < n ? 1 : n);
   ownPyrDownRowH(s, width, 1, h, i < n ? i : n, n);
 }
-void ownPyrDownPair_sse2(const vnx8u* const* src, std::int64_t width, const vnx16s* const* old, vnx16s* const* fresh,
-                         vnx8u* d0, vnx8u* d1, std::int64_t n) {
-  ownPyrDownPair(src, width, old, fresh, d0, d1, n);
-}
-void ownPyrDownPair_sse2(const vnx8s* const* src, std::int64_t width, const vnx16s* const* old, vnx16s* const* fresh,
-                         vnx8s* d0, vnx8s* d1, std::int64_t n) {
-  ownPyrDownPair(src, width, old, fresh, d0, d1, n);
-}
 void ownPyrDownPair_sse2(const vnx32f* const* src, std::int64_t width, const vnx32f* const* old, vnx32f* const* fresh,
                          vnx32f* d0, vnx32f* d1, std::int64_t n) {
   ownPyrDownPair(src, width, old, fresh, d0, d1, n);
+}
+void ownPyrDownCols_sse2(const vnx8u* const* s, int outRows, std::int64_t width, vnx16s* const* ev, vnx16s* const* od) {
+  outRows == 2 ? ownPyrDownCols8<2>(s, width, ev, od) : ownPyrDownCols8<1>(s, width, ev, od);
+}
+void ownPyrDownCols_sse2(const vnx8s* const* s, int outRows, std::int64_t width, vnx16s* const* ev, vnx16s* const* od) {
+  outRows == 2 ? ownPyrDownCols8<2>(s, width, ev, od) : ownPyrDownCols8<1>(s, width, ev, od);
+}
+void ownPyrDownDecimate_sse2(const vnx16s* ev, const vnx16s* od, vnx8u* d, std::int64_t n) {
+  ownPyrDownDecimate8(ev, od, d, n);
+}
+void ownPyrDownDecimate_sse2(const vnx16s* ev, const vnx16s* od, vnx8s* d, std::int64_t n) {
+  ownPyrDownDecimate8(ev, od, d, n);
 }
 void ownPyrDownRowV_sse2(const vnx16s* const* r, vnx8u* d, std::int64_t n) { ownPyrDownRowV8(r, d, n); }
 void ownPyrDownRowV_sse2(const vnx16s* const* r, vnx8s* d, std::int64_t n) { ownPyrDownRowV8(r, d, n); }

@@ -1,6 +1,7 @@
 // Row kernels of the Gaussian pyramid steps (1 4 6 4 1 in each direction).
-// Both steps sum a source row horizontally into a work row first and then combine
-// work rows vertically, element by element. Work rows hold 16-bit sums for the
+// The steps sum a source row horizontally into a work row first and then combine
+// work rows vertically, element by element (one 8-bit channel down: columns first,
+// see ownPyrDownColsRow). Work rows hold 16-bit sums for the
 // 8-bit types (down: at most 16 x 255 = 4080 a row, 256 x 255 = 65280 in total, which
 // wraps harmlessly in 16-bit lanes before the unsigned shift; up: at most 8 x 255 a
 // row and 64 x 255 in total) and floats for 32f.
@@ -90,22 +91,50 @@ void ownPyrDownRowV(const typename ownPyrWork<T>::W* const* r, T* d, std::int64_
   }
 }
 
-void ownPyrDownRowH_sse2(const vnx8u* s, std::int64_t width, vnx16s* h, std::int64_t n);
-void ownPyrDownRowH_sse2(const vnx8s* s, std::int64_t width, vnx16s* h, std::int64_t n);
 void ownPyrDownRowH_sse2(const vnx32f* s, std::int64_t width, vnx32f* h, std::int64_t n);
-// Output rows j and j + 1 of a one-channel down step, n samples each, from the work
+// Output rows j and j + 1 of a one-channel 32f down step, n samples each, from the work
 // rows of source rows 2j - 2 .. 2j (old[0..2]) and the source rows 2j + 1 .. 2j + 4
 // (src[0..3]); the work rows of source rows 2j + 2 .. 2j + 4 go to fresh[0..2] for the
 // next pair.
-void ownPyrDownPair_sse2(const vnx8u* const* src, std::int64_t width, const vnx16s* const* old, vnx16s* const* fresh,
-                         vnx8u* d0, vnx8u* d1, std::int64_t n);
-void ownPyrDownPair_sse2(const vnx8s* const* src, std::int64_t width, const vnx16s* const* old, vnx16s* const* fresh,
-                         vnx8s* d0, vnx8s* d1, std::int64_t n);
 void ownPyrDownPair_sse2(const vnx32f* const* src, std::int64_t width, const vnx32f* const* old, vnx32f* const* fresh,
                          vnx32f* d0, vnx32f* d1, std::int64_t n);
 void ownPyrDownRowV_sse2(const vnx16s* const* r, vnx8u* d, std::int64_t n);
 void ownPyrDownRowV_sse2(const vnx16s* const* r, vnx8s* d, std::int64_t n);
 void ownPyrDownRowV_sse2(const vnx32f* const* r, vnx32f* d, std::int64_t n);
+
+// One 8-bit channel, columns first (integer sums are exact in any order): the 1 4 6 4 1
+// sums down the columns of five source rows s[0..4], split by column parity, ev[k] of
+// column 2k and od[k] of column 2k + 1; then along the row with decimation,
+//   d[k] = ev[k - 1] + 4 od[k - 1] + 6 ev[k] + 4 od[k] + ev[k + 1].
+// The column sums keep one sample of margin on each side (ev[-1], od[-1], ev[n], and
+// od[n - 1] for an odd width), which ownPyrDownMargins fills under the mirror rule.
+template <class T>
+void ownPyrDownColsRow(const T* const* s, std::int64_t width, vnx16s* ev, vnx16s* od, std::int64_t c0) {
+  for (std::int64_t c = c0; c < width; ++c)
+    ((c & 1) ? od : ev)[c >> 1] = static_cast<vnx16s>(ownPyrTaps5<int>(s[0][c], s[1][c], s[2][c], s[3][c], s[4][c]));
+}
+inline void ownPyrDownMargins(vnx16s* ev, vnx16s* od, std::int64_t width) {
+  auto at = [&](std::int64_t c) {
+    c = ownPyrDownIndex(c, width);
+    return (c & 1) ? od[c >> 1] : ev[c >> 1];
+  };
+  const std::int64_t n = (width + 1) >> 1;
+  ev[-1] = at(-2);
+  od[-1] = at(-1);
+  ev[n] = at(2 * n);
+  if (width & 1) od[n - 1] = at(width);
+}
+template <class T>
+void ownPyrDownDecimateRow(const vnx16s* ev, const vnx16s* od, T* d, std::int64_t k0, std::int64_t n) {
+  for (std::int64_t k = k0; k < n; ++k)
+    d[k] = ownPyrResult<T>(ownPyrTaps5<int>(ev[k - 1], od[k - 1], ev[k], od[k], ev[k + 1]), 8);
+}
+// Column sums of `outRows` (1 or 2) output rows from source rows s[0 .. 2 outRows + 2]:
+// output row q takes s[2q .. 2q + 4] into ev[q], od[q].
+void ownPyrDownCols_sse2(const vnx8u* const* s, int outRows, std::int64_t width, vnx16s* const* ev, vnx16s* const* od);
+void ownPyrDownCols_sse2(const vnx8s* const* s, int outRows, std::int64_t width, vnx16s* const* ev, vnx16s* const* od);
+void ownPyrDownDecimate_sse2(const vnx16s* ev, const vnx16s* od, vnx8u* d, std::int64_t n);
+void ownPyrDownDecimate_sse2(const vnx16s* ev, const vnx16s* od, vnx8s* d, std::int64_t n);
 
 // ---- up ------------------------------------------------------------------------
 

@@ -1,7 +1,9 @@
-// Gaussian pyramid, down step: each source row summed horizontally at its even
-// columns into a work row, then five work rows combined per output row (one channel:
-// two output rows a step, the work rows of the four new source rows in registers);
-// bands of output rows.
+// Gaussian pyramid, down step, in bands of output rows. One 8-bit channel sums the
+// columns of two output rows at a time, then each row along its columns with
+// decimation. 32f and three channels sum each source row horizontally at its even
+// columns into a work row, then five work rows per output row (one 32f channel: two
+// output rows a step, the work rows of the four new source rows in registers), the
+// order the 32f results follow.
 #include <utility>
 
 #include "check.h"
@@ -10,12 +12,37 @@
 
 namespace {
 
-// One channel: two output rows a step over six work rows, three carried from the
+// One 8-bit channel: the column sums of two output rows a sweep from seven source rows
+// (2j - 2 .. 2j + 4), an odd last row of the band from five. The band's scratch holds
+// the four column-sum rows, each with a sample of margin on both sides.
+inline std::int64_t ownPyrDownBand8Bytes(int width) {
+  const std::int64_t n = (width >> 1) + (width & 1);
+  return 16 + 4 * ownPyrStride<vnx16s>(n + 2) * 2;
+}
+template <class T>
+void ownPyrDownBand8(const T* src, int srcStep, vnxiSize roi, T* dst, int dstStep, int j0, int j1, void* scratch) {
+  const std::int64_t n = (roi.width >> 1) + (roi.width & 1), stride = ownPyrStride<vnx16s>(n + 2);
+  vnx16s* base = static_cast<vnx16s*>(scratch) + 8;  // rows start 16-byte aligned after an 8-sample lead
+  vnx16s* ev[2] = {base, base + 2 * stride};
+  vnx16s* od[2] = {base + stride, base + 3 * stride};
+  for (int j = j0; j < j1;) {
+    const int rows = j + 1 < j1 ? 2 : 1;
+    const T* s[7];
+    for (int r = 0; r < 2 * rows + 3; ++r)
+      s[r] = ownRow(src, srcStep, static_cast<int>(ownPyrDownIndex(std::int64_t{2} * j - 2 + r, roi.height)));
+    ownPyrDownCols_sse2(s, rows, roi.width, ev, od);
+    for (int q = 0; q < rows; ++q, ++j) {
+      ownPyrDownMargins(ev[q], od[q], roi.width);
+      ownPyrDownDecimate_sse2(ev[q], od[q], ownRow(dst, dstStep, j), n);
+    }
+  }
+}
+
+// One 32f channel: two output rows a step over six work rows, three carried from the
 // pair before (source rows 2j - 2 .. 2j) and three made by the pair; an odd last row
 // of the band takes its two new work rows on their own.
-template <class T>
-void ownPyrDownBand1(const T* src, int srcStep, vnxiSize roi, T* dst, int dstStep, int j0, int j1, void* scratch) {
-  using W = typename ownPyrWork<T>::W;
+void ownPyrDownBand32f(const vnx32f* src, int srcStep, vnxiSize roi, vnx32f* dst, int dstStep, int j0, int j1, void* scratch) {
+  using W = vnx32f;
   const std::int64_t n = (roi.width >> 1) + (roi.width & 1), stride = ownPyrStride<W>(n);
   auto srcRow = [&](std::int64_t y) { return ownRow(src, srcStep, static_cast<int>(ownPyrDownIndex(y, roi.height))); };
   W* slot[6];
@@ -26,7 +53,7 @@ void ownPyrDownBand1(const T* src, int srcStep, vnxiSize roi, T* dst, int dstSte
   int j = j0;
   for (; j + 1 < j1; j += 2) {
     const std::int64_t y = std::int64_t{2} * j;
-    const T* s[4] = {srcRow(y + 1), srcRow(y + 2), srcRow(y + 3), srcRow(y + 4)};
+    const vnx32f* s[4] = {srcRow(y + 1), srcRow(y + 2), srcRow(y + 3), srcRow(y + 4)};
     ownPyrDownPair_sse2(s, roi.width, old, fresh, ownRow(dst, dstStep, j), ownRow(dst, dstStep, j + 1), n);
     std::swap(old, fresh);
   }
@@ -57,12 +84,16 @@ void ownPyrDownBand3(const T* src, int srcStep, vnxiSize roi, T* dst, int dstSte
 template <class T, int C>
 vnxStatus ownPyrDown_omp(const T* src, int srcStep, T* dst, int dstStep, vnxiSize roi, vnx8u* buffer) {
   using W = typename ownPyrWork<T>::W;
+  constexpr bool kColumnsFirst = C == 1 && sizeof(T) == 1;
   const vnxiSize dstRoi{(roi.width >> 1) + (roi.width & 1), (roi.height >> 1) + (roi.height & 1)};
-  const std::int64_t perBand = (C == 1 ? 6 : 5) * ownPyrStride<W>(std::int64_t{dstRoi.width} * C) * std::int64_t{sizeof(W)};
+  const std::int64_t perBand = kColumnsFirst ? ownPyrDownBand8Bytes(roi.width)
+                                             : (C == 1 ? 6 : 5) * ownPyrStride<W>(std::int64_t{dstRoi.width} * C) * std::int64_t{sizeof(W)};
   ownPyrScratch scratch(buffer, ownPyrDownBufBytes(roi.width, C), perBand, ownBandCount(dstRoi, kOwnBandsPyramid));
   ownRunBands(ownBandSplit{dstRoi.height, scratch.bands()}, [&](int b, int j0, int j1) {
-    if constexpr (C == 1)
-      ownPyrDownBand1<T>(src, srcStep, roi, dst, dstStep, j0, j1, scratch.slice(b));
+    if constexpr (kColumnsFirst)
+      ownPyrDownBand8<T>(src, srcStep, roi, dst, dstStep, j0, j1, scratch.slice(b));
+    else if constexpr (C == 1)
+      ownPyrDownBand32f(src, srcStep, roi, dst, dstStep, j0, j1, scratch.slice(b));
     else
       ownPyrDownBand3<T>(src, srcStep, roi, dst, dstStep, j0, j1, scratch.slice(b));
   });

@@ -10,16 +10,13 @@ namespace {
 struct Weights { long long w[4]; float f[4]; };  // 00, 10, 01, 11
 Weights weights(float fx, float fy) {
   const long long ax = (long long)(fx * 16384.0f + 0.5f), ay = (long long)(fy * 16384.0f + 0.5f);
+  const long long a[2] = {16384 - ax, ax}, b[2] = {16384 - ay, ay};
+  const float gx = fx < 1e-6f ? 1e-6f : fx, gy = fy < 1e-9f ? 1e-9f : fy, g[2] = {1 - gx, gx}, h[2] = {1 - gy, gy};
   Weights r;
-  r.w[0] = ((16384 - ax) * (16384 - ay) + 16384) >> 14;
-  r.w[1] = (ax * (16384 - ay) + 16384) >> 14;
-  r.w[2] = ((16384 - ax) * ay + 16384) >> 14;
-  r.w[3] = (ax * ay + 16384) >> 14;
-  const float gx = fx < 1e-6f ? 1e-6f : fx, gy = fy < 1e-9f ? 1e-9f : fy;
-  r.f[0] = (1 - gx) * (1 - gy);
-  r.f[1] = gx * (1 - gy);
-  r.f[2] = (1 - gx) * gy;
-  r.f[3] = gx * gy;
+  for (int i = 0; i < 4; ++i) {
+    r.w[i] = (a[i & 1] * b[i >> 1] + 16384) >> 14;
+    r.f[i] = g[i & 1] * h[i >> 1];
+  }
   return r;
 }
 float fraction(float d) {
@@ -39,6 +36,25 @@ D sample(double s00, double s10, double s01, double s11, const Weights& w, int s
   }
 }
 
+// Random source samples (floats with fractions) and the reference window: win samples
+// from the corner (ix, iy), source rows and columns clamped to the image.
+template <class S>
+void fillSource(vt::Image<S>& src, std::mt19937& rng) {
+  vt::fillRandom(src, rng);
+  if constexpr (std::is_same<S, float>::value) src.fill([&](int, int, int) { return float(rng() % 5000) / 7.0f; });
+}
+template <class D, class S>
+std::vector<D> window(const vt::Image<S>& src, long ix, long iy, vnxiSize win, const Weights& w, int shift) {
+  auto at = [&](long x, long y) {
+    return src.at(int(std::min<long>(std::max<long>(x, 0), src.width() - 1)),
+                  int(std::min<long>(std::max<long>(y, 0), src.height() - 1)));
+  };
+  std::vector<D> e;
+  for (long y = iy; y < iy + win.height; ++y)
+    for (long x = ix; x < ix + win.width; ++x) e.push_back(sample<D>(at(x, y), at(x + 1, y), at(x, y + 1), at(x + 1, y + 1), w, shift));
+  return e;
+}
+
 template <class S, class D, class F>
 void checkCopy(F fn, int shift, int sf) {
   std::mt19937 rng(3);
@@ -47,16 +63,10 @@ void checkCopy(F fn, int shift, int sf) {
   for (vnxiSize roi : {vnxiSize{1, 1}, vnxiSize{7, 3}, vnxiSize{16, 2}, vnxiSize{33, 9}})
     for (auto o : offsets) {
       vt::Image<S> src(roi.width + 1, roi.height + 1, 1, 4);
-      vt::fillRandom(src, rng);
-      if constexpr (std::is_same<S, float>::value) src.fill([&](int, int, int) { return float(rng() % 5000) / 7.0f; });
+      fillSource(src, rng);
       vt::Image<D> dst(roi.width, roi.height, 1, 4);
-      const Weights w = weights(fraction(o[0]), fraction(o[1]));
-      std::vector<D> expected;
-      for (int y = 0; y < roi.height; ++y)
-        for (int x = 0; x < roi.width; ++x)
-          expected.push_back(sample<D>(src.at(x, y), src.at(x + 1, y), src.at(x, y + 1), src.at(x + 1, y + 1), w, shift));
       ASSERT_EQ(fn(src.ptr(), src.step(), dst.ptr(), dst.step(), roi, o[0], o[1], sf), vnxStatusOk);
-      VT_EXPECT_SAME_SAMPLES(expected, dst.pixels());
+      VT_EXPECT_SAME_SAMPLES(window<D>(src, 0, 0, roi, weights(fraction(o[0]), fraction(o[1])), shift), dst.pixels());
       EXPECT_TRUE(dst.canaryIntact());
     }
 }
@@ -73,7 +83,7 @@ TEST(CopySubpix, MatchesReferenceEveryMember) {
     checkCopy<vnx8u, vnx16u>(vnxiCopySubpix_8u16u_C1R_Sfs, 14 + sf, sf);
 }
 
-// The window reference: corner, inside range, clamped source rows and columns.
+// The intersecting copies: the window corner, its inside range and the clamped samples.
 #define VT_WINDOW(fn)                                                                                      \
   [](auto s, int ss, vnxiSize sr, auto d, int ds, vnxiSize w, vnxiPoint32f p, vnxiPoint* lo, vnxiPoint* hi, int) { \
     return fn(s, ss, sr, d, ds, w, p, lo, hi);                                                              \
@@ -82,18 +92,10 @@ TEST(CopySubpix, MatchesReferenceEveryMember) {
 template <class S, class D, class F>
 void checkWindow(F fn, vnxiSize srcRoi, vnxiSize win, float px, float py, int shift, std::mt19937& rng) {
   vt::Image<S> src(srcRoi.width, srcRoi.height, 1, 4, vt::Guard::Before);
-  vt::fillRandom(src, rng);
-  if constexpr (std::is_same<S, float>::value) src.fill([&](int, int, int) { return float(rng() % 5000) / 7.0f; });
+  fillSource(src, rng);
   const float x0 = px - (win.width - 1) * 0.5f, y0 = py - (win.height - 1) * 0.5f;
   const long ix = long(std::trunc(float(win.width) + x0)) - win.width, iy = long(std::trunc(float(win.height) + y0)) - win.height;
-  const Weights w = weights(x0 - float(ix), y0 - float(iy));
-  auto cx = [&](long c) { return int(std::min<long>(std::max<long>(c, 0), srcRoi.width - 1)); };
-  auto cy = [&](long c) { return int(std::min<long>(std::max<long>(c, 0), srcRoi.height - 1)); };
-  std::vector<D> expected;
-  for (int y = 0; y < win.height; ++y)
-    for (int x = 0; x < win.width; ++x)
-      expected.push_back(sample<D>(src.at(cx(ix + x), cy(iy + y)), src.at(cx(ix + x + 1), cy(iy + y)),
-                                   src.at(cx(ix + x), cy(iy + y + 1)), src.at(cx(ix + x + 1), cy(iy + y + 1)), w, shift));
+  const std::vector<D> expected = window<D>(src, ix, iy, win, weights(x0 - float(ix), y0 - float(iy)), shift);
   auto range = [](long i, int n, int len, int& lo, int& hi) {
     lo = int(std::min<long>(std::max<long>(0, -i), n));
     hi = i + n - 1 > len - 2 ? int(len - i - 2) : n - 1;
@@ -106,10 +108,8 @@ void checkWindow(F fn, vnxiSize srcRoi, vnxiSize win, float px, float py, int sh
   vnxiPoint pMin{-9, -9}, pMax{-9, -9};
   ASSERT_EQ(fn(src.ptr(), src.step(), srcRoi, dst.ptr(), dst.step(), win, {px, py}, &pMin, &pMax, shift - 14),
             vnxStatusOk);
-  EXPECT_EQ(pMin.x, lo.x);
-  EXPECT_EQ(pMin.y, lo.y);
-  EXPECT_EQ(pMax.x, hi.x);
-  EXPECT_EQ(pMax.y, hi.y);
+  EXPECT_TRUE(pMin.x == lo.x && pMin.y == lo.y && pMax.x == hi.x && pMax.y == hi.y)
+      << pMin.x << "," << pMin.y << " " << pMax.x << "," << pMax.y;
   VT_EXPECT_SAME_SAMPLES(expected, dst.pixels());
   EXPECT_TRUE(dst.canaryIntact());
 }
@@ -148,14 +148,10 @@ TEST(CopySubpix, CheckOrder) {
   for (const Row& r : rows) {
     for (vnx16u& v : d) v = 7;
     EXPECT_EQ(vnxiCopySubpix_8u16u_C1R_Sfs(r.s, r.ss, r.d, r.ds, r.src, 0.5f, 0.5f, 0), r.copy);
-    if (r.copy < 0) {
-      EXPECT_EQ(d[0], 7);
-    }
+    EXPECT_TRUE(r.copy >= 0 || d[0] == 7);
     for (vnx16u& v : d) v = 7;
     EXPECT_EQ(vnxiCopySubpixIntersect_8u16u_C1R_Sfs(r.s, r.ss, r.src, r.d, r.ds, r.win, {0.5f, 0.5f}, r.lo, &hi, 0), r.inter);
-    if (r.inter < 0) {
-      EXPECT_EQ(d[0], 7);
-    }
+    EXPECT_TRUE(r.inter >= 0 || d[0] == 7);
   }
 }
 

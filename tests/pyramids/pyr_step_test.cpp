@@ -47,10 +47,6 @@ T reference(bool up, const vt::Image<T>& s, int X, int Y, int c) {
 
 template <class T>
 using Step = vnxStatus (*)(const T*, int, T*, int, vnxiSize, vnx8u*);
-template <class T>
-int typeCode() {
-  return std::is_same<T, vnx8u>::value ? vnx8uCode : std::is_same<T, vnx8s>::value ? vnx8sCode : vnx32fCode;
-}
 
 template <class T>
 void checkStep(bool up, Step<T> step, int channels, vnxiSize roi, vt::Guard guard, std::mt19937& rng) {
@@ -58,8 +54,9 @@ void checkStep(bool up, Step<T> step, int channels, vnxiSize roi, vt::Guard guar
   vt::fillRandom(src, rng);
   if constexpr (std::is_same<T, float>::value) src.fill([&](int, int, int) { return float(rng() % 100000) / 37.0f - 1000.0f; });
   const vnxiSize d = up ? vnxiSize{2 * roi.width, 2 * roi.height} : vnxiSize{(roi.width + 1) / 2, (roi.height + 1) / 2};
+  const int code = std::is_same<T, vnx8u>::value ? vnx8uCode : std::is_same<T, vnx8s>::value ? vnx8sCode : vnx32fCode;
   int bytes = 0;
-  ASSERT_EQ((up ? vnxiPyrUpGetBufSize_Gauss5x5 : vnxiPyrDownGetBufSize_Gauss5x5)(roi.width, typeCode<T>(), channels, &bytes),
+  ASSERT_EQ((up ? vnxiPyrUpGetBufSize_Gauss5x5 : vnxiPyrDownGetBufSize_Gauss5x5)(roi.width, code, channels, &bytes),
             vnxStatusOk);
   vt::Span<vnx8u> buf(bytes);  // exactly the queried size, ending at a guard page
   std::vector<T> expected;
@@ -148,9 +145,7 @@ TEST(PyrStep, StepCheckOrderLeavesDestinationUnchanged) {
       for (vnx32f& v : dst) v = 9.0f;
       const vnxStatus st = (up ? vnxiPyrUp_Gauss5x5_32f_C1R : vnxiPyrDown_Gauss5x5_32f_C1R)(r.s, r.ss, r.d, r.ds, r.roi, r.b);
       EXPECT_EQ(st, up ? r.up : r.down);
-      if (st < 0) {
-        EXPECT_EQ(dst[0], 9.0f);
-      }
+      EXPECT_TRUE(st >= 0 || dst[0] == 9.0f);
     }
 }
 

@@ -64,10 +64,7 @@ TEST(Pyramid, RecordLevelsRatesAndCheckOrder) {
 // The 8u layer reference: taps to 13 bits, rows then columns in units of 1/8 with a
 // mirrored image, then the rate-2 pick or the two blends, then (v + 4) >> 3.
 long mirror(long i, long n) {
-  while (i < 0 || i >= n) {
-    if (n == 1) return 0;
-    i = i < 0 ? -i : 2 * (n - 1) - i;
-  }
+  while (i < 0 || i >= n) i = n == 1 ? 0 : i < 0 ? -i : 2 * (n - 1) - i;
   return i;
 }
 std::vector<vnx8u> layerRef(const vt::Image<vnx8u>& src, const std::vector<short>& kernel, float r, vnxiSize dst,
@@ -77,20 +74,18 @@ std::vector<vnx8u> layerRef(const vt::Image<vnx8u>& src, const std::vector<short
   for (int i = 0; i < c; ++i) s += 2 * kernel[i];
   std::vector<int> t(k);
   for (int i = 0; i <= c; ++i) t[i] = t[k - 1 - i] = short(long(std::trunc(16384.0 * kernel[i] / s + 0.5))) >> 1;
+  // rows, then columns: (sum + 2^9) >> 10 and (sum + 2^12) >> 13, each clamped to 16 bits
   std::vector<int> rows(size_t(w) * h), inter(size_t(w) * h);
-  auto clamp16 = [](long v) { return int(std::min(32767L, std::max(-32768L, v))); };
-  for (int y = 0; y < h; ++y)
-    for (int x = 0; x < w; ++x) {
-      long a = 0;
-      for (int i = 0; i < k; ++i) a += long(t[i]) * src.at(int(mirror(x + i - c, w)), y);
-      rows[size_t(y) * w + x] = clamp16((a + 512) >> 10);
-    }
-  for (int y = 0; y < h; ++y)
-    for (int x = 0; x < w; ++x) {
-      long a = 0;
-      for (int i = 0; i < k; ++i) a += long(t[i]) * rows[size_t(mirror(y + i - c, h)) * w + x];
-      inter[size_t(y) * w + x] = clamp16((a + 4096) >> 13);
-    }
+  auto pass = [&](const auto& in, std::vector<int>& outv, int dx, int dy, int shift) {
+    for (int y = 0; y < h; ++y)
+      for (int x = 0; x < w; ++x) {
+        long a = 0;
+        for (int i = 0; i < k; ++i) a += long(t[i]) * in(int(mirror(x + dx * (i - c), w)), int(mirror(y + dy * (i - c), h)));
+        outv[size_t(y) * w + x] = int(std::min(32767L, std::max(-32768L, (a + (1L << (shift - 1))) >> shift)));
+      }
+  };
+  pass([&](int x, int y) { return long(src.at(x, y)); }, rows, 1, 0, 10);
+  pass([&](int x, int y) { return long(rows[size_t(y) * w + x]); }, inter, 0, 1, 13);
   auto out = [](long v) { return vnx8u(v + 4 < 8 ? 0 : std::min(255L, (v + 4) >> 3)); };
   auto blend = [](int a, int b, float f) { return int(float(a) * f + 0.5f + float(b) * (1.0f - f)); };
   std::vector<vnx8u> res;
@@ -99,15 +94,11 @@ std::vector<vnx8u> layerRef(const vt::Image<vnx8u>& src, const std::vector<short
     const float y = up ? float(j) / r : float(j) * r;
     const int iy = std::min(int(y), h - 1), iy1 = std::min(iy + 1, h - 1);
     for (int i = 0; i < dst.width; ++i) {
-      if (rate2) {
-        res.push_back(out(inter[size_t(2 * j) * w + 2 * i]));
-        continue;
-      }
       const float x = up ? float(i) / r : float(i) * r;
       const int ix = std::min(int(x), w - 1), ix1 = std::min(ix + 1, w - 1);
       const int a = blend(inter[size_t(iy1) * w + ix1], inter[size_t(iy) * w + ix1], y - float(iy));
       const int b = blend(inter[size_t(iy1) * w + ix], inter[size_t(iy) * w + ix], y - float(iy));
-      res.push_back(out(blend(a, b, x - float(ix))));
+      res.push_back(out(rate2 ? inter[size_t(2 * j) * w + 2 * i] : blend(a, b, x - float(ix))));
     }
   }
   return res;
