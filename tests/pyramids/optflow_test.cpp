@@ -1,10 +1,13 @@
 // Pyramidal Lucas-Kanade flow: a known sub-pixel motion of a smooth texture, identical
 // images, uniform windows, windows outside the image, the level factor with two
-// levels, thread counts and the check order.
+// levels, thread counts and the check order; OpenCV's flow as a second oracle.
 #include <cmath>
 
 #include "filters/vncvderivative.h"
 #include "support.h"
+#ifdef VNX_HAVE_OPENCV
+#include <opencv2/video/tracking.hpp>
+#endif
 
 namespace {
 
@@ -103,6 +106,32 @@ TEST(OpticalFlow, TracksAKnownMotionEveryType) {
   checkKnownMotion<vnx16u>(vnxiOpticalFlowPyrLKInitAlloc_16u_C1R, vnxiOpticalFlowPyrLK_16u_C1R);
   checkKnownMotion<vnx32f>(vnxiOpticalFlowPyrLKInitAlloc_32f_C1R, vnxiOpticalFlowPyrLK_32f_C1R);
 }
+
+#ifdef VNX_HAVE_OPENCV
+// A second oracle: OpenCV's flow, with the same Scharr derivatives and bilinear windows,
+// tracks the grid to within a tenth of a pixel of ours (its own pyramids round a little
+// differently).
+TEST(OpticalFlow, TracksTheSamePointsAsOpenCV) {
+  Pyr<vnx8u> a(160, 120, 2, 0, 0), b(160, 120, 2, 2.3, -1.6);
+  const auto pts = grid();
+  const Result r = track(vnxiOpticalFlowPyrLKInitAlloc_8u_C1R, vnxiOpticalFlowPyrLK_8u_C1R, a, b, pts, 2, 21);
+  std::vector<cv::Point2f> prev, next;
+  for (const vnxiPoint32f& p : pts) prev.push_back({p.x, p.y});
+  std::vector<uchar> status;
+  std::vector<float> err;
+  cv::calcOpticalFlowPyrLK(cv::Mat(120, 160, CV_8UC1, a.levels[0].data()), cv::Mat(120, 160, CV_8UC1, b.levels[0].data()),
+                           prev, next, status, err, {21, 21}, 2,
+                           cv::TermCriteria(cv::TermCriteria::COUNT | cv::TermCriteria::EPS, 30, 0.01));
+  int both = 0;
+  for (size_t i = 0; i < pts.size(); ++i)
+    if (r.status[i] == 0 && status[i]) {
+      ++both;
+      EXPECT_NEAR(r.next[i].x, next[i].x, 0.1) << i;
+      EXPECT_NEAR(r.next[i].y, next[i].y, 0.1) << i;
+    }
+  EXPECT_GE(both, int(pts.size()) * 9 / 10);
+}
+#endif
 
 TEST(OpticalFlow, LostPointsAndLevelFactor) {
   Pyr<vnx8u> flat1(160, 120, 2, 0, 0, true), flat2(160, 120, 2, 0, 0, true), a(160, 120, 2, 0, 0), b(160, 120, 2, 0, 0);
