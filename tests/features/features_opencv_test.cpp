@@ -26,11 +26,10 @@ TEST(FeaturesOpenCV, CannyOnTheSameDerivativesWithTheL1Gradient) {
   // lower-right in both). OpenCV's direction tests use fixed-point tangents, so pixels at
   // a sector boundary may differ.
   const cv::Mat img = scene(320, 240);
-  cv::Mat dx, dy, edges;
+  cv::Mat dx, dy, edges, ours(img.size(), CV_8UC1);
   cv::Sobel(img, dx, CV_16S, 1, 0, 3, 1, 0, cv::BORDER_REPLICATE);
   cv::Sobel(img, dy, CV_16S, 0, 1, 3, 1, 0, cv::BORDER_REPLICATE);
   cv::Canny(dx, dy, edges, 40, 120, false);
-  cv::Mat ours(img.size(), CV_8UC1);
   int size = 0;
   ASSERT_EQ(vnxStatusOk, vnxiCannyGetSize({img.cols, img.rows}, &size));
   std::vector<vnx8u> buf(size);
