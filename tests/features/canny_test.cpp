@@ -102,31 +102,27 @@ TEST(Canny, BothMembersMatchTheReferenceAtEveryThreadCount) {
   checkAgainstReference<vnx32f>();
 }
 
-TEST(Canny, SuppressionConstantsAreTheirBits) {
-  // ay at and just below ax * tan22.5 switches the direction from diagonal to horizontal;
-  // an equal left neighbour counts only in the horizontal case.
-  const float ay = 1000.0f * vt::fromBits(0x3ED413CD);
-  for (float y : {ay, std::nextafter(ay, 0.0f)}) {
-    vt::Image<vnx32f> dx(3, 3), dy(3, 3);
-    dx.at(1, 1) = 1000.0f, dy.at(1, 1) = y, dx.at(0, 1) = 1000.0f + y;
-    EXPECT_EQ(y == ay ? 255 : 0, runCanny(dx, dy, 1, 1)[4]);
-  }
-}
-
-// A row of vertical gradients: a pixel of magnitude m beside a seed (or beside 0), which
-// survives suppression (the rows beyond the ROI are 0) and joins the seed when it passes
-// the low test: 16s keeps m > the truncated threshold, 32f keeps m >= the threshold; alone
-// it is an edge when m > high (16s: truncated).
-TEST(Canny, ThresholdTestsDifferAndTheIntegerOnesTruncate) {
-  struct { float low, high, seed, m; int want16s, want32f; } cases[] = {
-      {10, 100, 200, 10, 0, 255}, {10.9f, 100, 200, 11, 255, 255}, {10.9f, 100, 200, 10, 0, 0}, {5, 10, 0, 10, 0, 0}, {5, 10.9f, 0, 11, 255, 255}};
+// Crafted rows of sixteen (one vector), the rows beyond the ROI 0 and pixels 2.. 0:
+// pixel 1, of magnitude m, beside a seed (or beside 0) survives suppression and joins
+// the seed when it passes the low test: 16s keeps m > the truncated threshold, 32f keeps
+// m >= the threshold; alone it is an edge when m > high (16s: truncated). Then ay at and
+// just below ax * tan22.5 (the constant by its bits) switches the direction from diagonal
+// to horizontal, where an equal left neighbour counts.
+TEST(Canny, ThresholdTestsAndTheDirectionConstant) {
+  const float ay = 1000.0f * vt::fromBits(0x3ED413CD), below = std::nextafter(ay, 0.0f);
+  struct { float low, high, dx0, dy0, dx1, dy1; int want16s, want32f; } cases[] = {
+      {10, 100, 0, 200, 0, 10, 0, 255}, {10.9f, 100, 0, 200, 0, 11, 255, 255}, {10.9f, 100, 0, 200, 0, 10, 0, 0},
+      {5, 10, 0, 0, 0, 10, 0, 0},       {5, 10.9f, 0, 0, 0, 11, 255, 255},     {1, 1, 1000 + ay, 0, 1000, ay, 0, 255},
+      {1, 1, 1000 + below, 0, 1000, below, 0, 0}};
   for (const auto& c : cases) {
-    vt::Image<vnx16s> dx(16, 1), dy(16, 1);  // one vector
-    vt::Image<vnx32f> fx(16, 1), fy(16, 1);
-    auto v = [&](int x, int, int) { return x > 1 ? 0 : x ? c.m : c.seed; };
-    dx.fill([](int, int, int) { return 0; }), fx.fill([](int, int, int) { return 0; }), dy.fill(v), fy.fill(v);
-    EXPECT_EQ(c.want16s, runCanny(dx, dy, c.low, c.high)[1]) << c.low << " " << c.high << " " << c.m;
-    EXPECT_EQ(c.want32f, runCanny(fx, fy, c.low, c.high)[1]) << c.low << " " << c.high << " " << c.m;
+    auto run = [&c](auto zero) {
+      vt::Image<decltype(zero)> dx(16, 1), dy(16, 1);
+      dx.fill([&](int x, int, int) { return x > 1 ? 0 : x ? c.dx1 : c.dx0; });
+      dy.fill([&](int x, int, int) { return x > 1 ? 0 : x ? c.dy1 : c.dy0; });
+      return int(runCanny(dx, dy, c.low, c.high)[1]);
+    };
+    EXPECT_EQ(c.want16s, run(vnx16s())) << c.low << " " << c.high << " " << c.dy1;
+    EXPECT_EQ(c.want32f, run(vnx32f())) << c.low << " " << c.high << " " << c.dy1;
   }
 }
 
