@@ -45,15 +45,14 @@ std::vector<float> cornerRef(const vt::Image<S>& src, int kern, int ap, int win,
     const float p = s * mean[0][i], q = s * mean[1][i], r = s * mean[2][i];
     const float t = 0.01f * std::max(p, r), d = std::sqrt(4 * q * q + (p - r) * (p - r));
     const float l1 = (p + r + d) * 0.5f, l2 = (p + r - d) * 0.5f;
-    float o[6] = {0, 0, 0, 0, 0, 0};
+    float o[6] = {};
     if (std::min(p, r) < t || p * r - q * q < t) {
     } else if (std::fabs(q) < t) {
       o[0] = l1, o[1] = l2, o[2] = 1, o[5] = 1;
     } else {
       const float g = kern == 1 ? q : -q;
-      float n1 = std::sqrt(g * g + (l1 - p) * (l1 - p)), n2 = std::sqrt(g * g + (l2 - p) * (l2 - p));
-      if (n1 < FLT_EPSILON) n1 = FLT_EPSILON;
-      if (n2 < FLT_EPSILON) n2 = FLT_EPSILON;
+      const float n1 = std::max(std::sqrt(g * g + (l1 - p) * (l1 - p)), FLT_EPSILON);  // a NaN stays
+      const float n2 = std::max(std::sqrt(g * g + (l2 - p) * (l2 - p)), FLT_EPSILON);
       o[0] = l1, o[1] = l2, o[2] = g / n1, o[3] = (l1 - p) / n1, o[4] = g / n2, o[5] = (l2 - p) / n2;
     }
     res.insert(res.end(), o, o + 6);
