@@ -25,33 +25,56 @@ constexpr vnx8u kOwnCannyCandidate = 0x80, kOwnCannyEdge = 0x40;
 constexpr float kOwnTan22 = 0x1.a8279ap-2f, kOwnTan67 = 0x1.3504f4p+1f;
 std::int64_t ownCannyBufferBytes(vnxiSize roi);
 bool ownCannySmallStack(vnxiSize roi);
-// Magnitude rows: m = |dx| + |dy| (16s: on 16 unsigned bits, saturated) where it passes
-// the low test (16s: m > low, low from -1 to 65535; 32f: m >= low), 0 elsewhere; columns
-// x0 .. n - 1. The 16s rows hold 16-bit magnitudes, so suppression tests eight at once.
+// Magnitude rows, columns x0 .. n - 1. 32f: m = |dx| + |dy| where m >= low, 0 elsewhere.
+// 16s: m = |dx| + |dy| on 16 unsigned bits, saturated; the row keeps the key
+// (m - low) - 32768 where m > low, -32768 elsewhere (low from 0 to 65535: a threshold of
+// -1 passes the same pixels as 0, since a zero magnitude is never a candidate). Keys keep
+// the order of the magnitudes that pass and put every other one below them, so suppression
+// compares eight keys at once with signed 16-bit compares, and "m > high" is "key > high
+// key" with the high key (max(high, 0) - low) - 32768.
 template <class D>
-struct ownCannyMagnitude;  // the element of a magnitude row
+struct ownCannyMagnitude;  // the element of a magnitude row and its "no candidate" value
 template <>
 struct ownCannyMagnitude<vnx16s> {
-  using type = vnx16u;
+  using type = vnx16s;
+  static constexpr type kNone = -32768;
 };
 template <>
 struct ownCannyMagnitude<vnx32f> {
   using type = vnx32f;
+  static constexpr type kNone = 0.0f;
 };
-void ownCannyMagnitudeRow(const vnx16s* dx, const vnx16s* dy, vnx16u* m, int x0, int n, int low);
+void ownCannyMagnitudeRow(const vnx16s* dx, const vnx16s* dy, vnx16s* m, int x0, int n, int low);
 void ownCannyMagnitudeRow(const vnx32f* dx, const vnx32f* dy, float* m, int x0, int n, float low);
-void ownCannyMagnitudeRow_sse2(const vnx16s* dx, const vnx16s* dy, vnx16u* m, int n, int low);
+void ownCannyMagnitudeRow_sse2(const vnx16s* dx, const vnx16s* dy, vnx16s* m, int n, int low);
 void ownCannyMagnitudeRow_sse2(const vnx32f* dx, const vnx32f* dy, float* m, int n, float low);
+// One stack entry: (row, column) of the map.
+template <class E>
+struct ownCannyEntry {
+  E row, col;
+};
+// Where a suppressed row's seeds go: pushed in column order on the stack from top `sp`
+// as (row, column + 1); a null stack pushes nothing.
+template <class E>
+struct ownCannySeeds {
+  ownCannyEntry<E>* stack;
+  std::int64_t sp;
+  E row;
+};
 // Suppression of one row: map[x] for x0 .. n - 1 from the magnitude rows above, at and
-// below (columns -1 and n readable), the derivatives and the high threshold (16s: an int
-// from -1 to 65535).
+// below (columns -1 and n readable), the derivatives and the high threshold (16s: the
+// high key).
 template <class D, class M, class T>
 void ownCannySuppressRow(const D* dx, const D* dy, const M* up, const M* mid, const M* down, vnx8u* map, int x0,
                          int n, T high);
-void ownCannySuppressRow_sse2(const vnx16s* dx, const vnx16s* dy, const vnx16u* up, const vnx16u* mid,
-                              const vnx16u* down, vnx8u* map, int n, int high);
+// The same over the whole row, which also writes the output row (255 for the seeds, 0
+// elsewhere) and pushes the seeds.
+template <class E>
+void ownCannySuppressRow_sse2(const vnx16s* dx, const vnx16s* dy, const vnx16s* up, const vnx16s* mid,
+                              const vnx16s* down, vnx8u* map, vnx8u* dst, int n, int high, ownCannySeeds<E>& seeds);
+template <class E>
 void ownCannySuppressRow_sse2(const vnx32f* dx, const vnx32f* dy, const float* up, const float* mid,
-                              const float* down, vnx8u* map, int n, float high);
+                              const float* down, vnx8u* map, vnx8u* dst, int n, float high, ownCannySeeds<E>& seeds);
 
 // Hough lines. Gathered points: x | y << ownHoughShift(width) for every non-zero pixel,
 // in raster order. Votes of a theta row: the rho index of every point, rounded to

@@ -25,12 +25,6 @@ inline char* ownAlign16(void* p) {
   return reinterpret_cast<char*>((reinterpret_cast<std::uintptr_t>(p) + 15) & ~std::uintptr_t{15});
 }
 
-// One stack entry: (row, column) of the map.
-template <class E>
-struct ownEdgeEntry {
-  E row, col;
-};
-
 // Where the parts of the work buffer lie. Each part starts on a 16-byte boundary; the
 // three alignments cost at most 45 of the 64 bytes of slack.
 struct ownCannyLayout {
@@ -52,10 +46,10 @@ struct ownCannyLayout {
 // Bytes of one band's ring of three magnitude rows: columns -4 .. width + 1.
 inline std::int64_t ownCannyRingBytes(int width) { return 3 * (std::int64_t(width) + 6) * 4; }
 
-// Output row from map row r (255 for the seeds, 0 elsewhere) and, given a stack, the
-// row's seeds pushed in order; returns the new top.
+// Output row from map row r (255 for the seeds, 0 elsewhere) with the row's seeds pushed
+// in order; returns the new top.
 template <class E>
-std::int64_t ownCannySeedRow(const ownCannyLayout& lay, int width, int r, vnx8u* d, ownEdgeEntry<E>* stack,
+std::int64_t ownCannySeedRow(const ownCannyLayout& lay, int width, int r, vnx8u* d, ownCannyEntry<E>* stack,
                              std::int64_t sp) {
   const vnx8u* m = lay.map + r * lay.mapStride + 1;
   const __m128i seed = _mm_set1_epi8(static_cast<char>(kOwnCannyEdge));
@@ -63,57 +57,58 @@ std::int64_t ownCannySeedRow(const ownCannyLayout& lay, int width, int r, vnx8u*
   for (; x + 16 <= width; x += 16) {
     const __m128i eq = _mm_cmpeq_epi8(ownLoad(m + x), seed);
     ownStore(d + x, eq);
-    if (!stack) continue;
     for (unsigned bits = static_cast<unsigned>(_mm_movemask_epi8(eq)); bits; bits &= bits - 1)
       stack[sp++] = {static_cast<E>(r), static_cast<E>(x + __builtin_ctz(bits) + 1)};
   }
   for (; x < width; ++x) {
     d[x] = m[x] == kOwnCannyEdge ? 255 : 0;
-    if (stack && d[x]) stack[sp++] = {static_cast<E>(r), static_cast<E>(x + 1)};
+    if (d[x]) stack[sp++] = {static_cast<E>(r), static_cast<E>(x + 1)};
   }
   return sp;
 }
 
-// Rows y0 .. y1 - 1 of the map: the band computes magnitudes of rows y0 - 1 .. y1 (0
-// beyond the ROI, columns beyond it are 0 too) into its ring, suppresses row by row and
-// pushes each row's seeds while its map row is at hand, in raster order. The ring may
-// lie at the end of the band's stack, from entry ringEntry on: a row whose seeds could
-// reach it waits, with every row after it, until the ring is no longer needed. Returns
-// the stack top.
+// Rows y0 .. y1 - 1 of the map and the output: the band computes magnitudes of rows
+// y0 - 1 .. y1 ("no candidate" beyond the ROI, columns beyond it too) into its ring,
+// suppresses row by row, writing each output row and pushing its seeds in raster order.
+// The ring may lie at the end of the band's stack, from entry ringEntry on: a row whose
+// seeds could reach it pushes nothing, and its seeds and those of every row after it are
+// pushed from the map once the ring is no longer needed. Returns the stack top.
 template <class E, class D, class M>
 std::int64_t ownCannySuppressBand(const D* pDx, int dxStep, const D* pDy, int dyStep, vnx8u* pDst, int dstStep,
                                   vnxiSize roi, M low, M high, const ownCannyLayout& lay, char* ring,
-                                  std::int64_t ringEntry, ownEdgeEntry<E>* stack, int y0, int y1) {
+                                  std::int64_t ringEntry, ownCannyEntry<E>* stack, int y0, int y1) {
   using R = typename ownCannyMagnitude<D>::type;
+  constexpr R kNone = ownCannyMagnitude<D>::kNone;
   const std::int64_t stride = std::int64_t(roi.width) + 6;
   R* rows[3];
   for (int k = 0; k < 3; ++k) {
     R* r = reinterpret_cast<R*>(ring) + k * stride;
-    std::fill(r, r + stride, R(0));
-    rows[k] = r + 4;  // column 0; four zero columns to the left keep the row aligned
+    std::fill(r, r + stride, kNone);
+    rows[k] = r + 4;  // column 0; four columns to the left keep the row aligned
   }
   auto slot = [&](int y) { return rows[(y + 3) % 3]; };
   auto magnitude = [&](int y) {
     R* m = slot(y);
     if (y < 0 || y >= roi.height)
-      std::fill(m, m + roi.width, R(0));
+      std::fill(m, m + roi.width, kNone);
     else
       ownCannyMagnitudeRow_sse2(ownRow(pDx, dxStep, y), ownRow(pDy, dyStep, y), m, roi.width, low);
   };
   magnitude(y0 - 1);
   magnitude(y0);
-  std::int64_t sp = 0;
+  ownCannySeeds<E> seeds{stack, 0, 0};
   int waiting = y1;  // the first row whose seeds wait for the ring to go
   for (int y = y0; y < y1; ++y) {
     magnitude(y + 1);
     vnx8u* mapRow = lay.map + (y + 1) * lay.mapStride + 1;
     mapRow[-1] = 0;
     mapRow[roi.width] = 0;
+    if (waiting == y1 && seeds.sp + roi.width > ringEntry) waiting = y, seeds.stack = nullptr;
+    seeds.row = static_cast<E>(y + 1);
     ownCannySuppressRow_sse2(ownRow(pDx, dxStep, y), ownRow(pDy, dyStep, y), slot(y - 1), slot(y), slot(y + 1),
-                             mapRow, roi.width, high);
-    if (waiting == y1 && sp + roi.width > ringEntry) waiting = y;
-    sp = ownCannySeedRow(lay, roi.width, y + 1, ownRow(pDst, dstStep, y), waiting == y1 ? stack : nullptr, sp);
+                             mapRow, ownRow(pDst, dstStep, y), roi.width, high, seeds);
   }
+  std::int64_t sp = seeds.sp;
   for (int y = waiting; y < y1; ++y) sp = ownCannySeedRow(lay, roi.width, y + 1, ownRow(pDst, dstStep, y), stack, sp);
   return sp;
 }
@@ -124,13 +119,13 @@ std::int64_t ownCannySuppressBand(const D* pDx, int dxStep, const D* pDy, int dy
 // never holds more entries than the map has pixels. Only map rows rLo .. rHi are
 // visited: a band grows its edges inside its own rows.
 template <class E>
-void ownCannyGrow(const ownCannyLayout& lay, ownEdgeEntry<E>* stack, std::int64_t sp, int rLo, int rHi, vnx8u* pDst,
+void ownCannyGrow(const ownCannyLayout& lay, ownCannyEntry<E>* stack, std::int64_t sp, int rLo, int rHi, vnx8u* pDst,
                   int dstStep) {
   const std::int64_t s = lay.mapStride;
   const std::int64_t offs[8] = {-s - 1, -s, -s + 1, -1, 1, s - 1, s, s + 1};
   const int dys[8] = {-1, -1, -1, 0, 0, 1, 1, 1}, dxs[8] = {-1, 0, 1, -1, 1, -1, 0, 1};
   while (sp > 0) {
-    const ownEdgeEntry<E> e = stack[--sp];
+    const ownCannyEntry<E> e = stack[--sp];
     vnx8u* p = lay.map + e.row * s + e.col;
     const bool inner = int(e.row) > rLo && int(e.row) < rHi;
     for (int k = 0; k < 8; ++k) {
@@ -149,12 +144,17 @@ void ownCannyGrow(const ownCannyLayout& lay, ownEdgeEntry<E>* stack, std::int64_
 // grow over the whole map.
 template <class E>
 std::int64_t ownCannySeam(const ownCannyLayout& lay, int width, int y, vnx8u* pDst, int dstStep,
-                          ownEdgeEntry<E>* stack, std::int64_t sp) {
+                          ownCannyEntry<E>* stack, std::int64_t sp) {
+  const __m128i edge = _mm_set1_epi8(static_cast<char>(kOwnCannyEdge));
   for (int side = 0; side < 2; ++side) {
     const int from = side == 0 ? y : y + 1, to = side == 0 ? y + 1 : y;  // map rows
     const vnx8u* a = lay.map + from * lay.mapStride;
     vnx8u* b = lay.map + to * lay.mapStride;
     for (int c = 1; c <= width; ++c) {
+      if (c + 16 <= width + 1 && !_mm_movemask_epi8(_mm_cmpeq_epi8(ownLoad(a + c), edge))) {
+        c += 15;  // sixteen bytes without an edge pixel
+        continue;
+      }
       if (a[c] != kOwnCannyEdge) continue;
       for (int d = c - 1; d <= c + 1; ++d) {
         if (!(b[d] & kOwnCannyCandidate)) continue;
@@ -177,11 +177,11 @@ enum class ownCannyRing { AfterStack, EndOfBandStack };
 template <class E, class D, class M>
 void ownCannyBand(const D* pDx, int dxStep, const D* pDy, int dyStep, vnx8u* pDst, int dstStep, vnxiSize roi, M low,
                   M high, const ownCannyLayout& lay, ownCannyRing where, int y0, int y1) {
-  ownEdgeEntry<E>* stack = reinterpret_cast<ownEdgeEntry<E>*>(lay.stack) + y0 * lay.mapStride;
+  ownCannyEntry<E>* stack = reinterpret_cast<ownCannyEntry<E>*>(lay.stack) + y0 * lay.mapStride;
   std::int64_t ringEntry = INT64_MAX;
   char* ring = lay.ring;
   if (where == ownCannyRing::EndOfBandStack) {
-    const std::int64_t entries = (y1 - y0) * lay.mapStride, e = sizeof(ownEdgeEntry<E>);
+    const std::int64_t entries = (y1 - y0) * lay.mapStride, e = sizeof(ownCannyEntry<E>);
     ringEntry = entries - (ownCannyRingBytes(roi.width) + e - 1) / e;
     ring = reinterpret_cast<char*>(stack + ringEntry);
   }
@@ -198,14 +198,14 @@ void ownCannyRun(const D* pDx, int dxStep, const D* pDy, int dyStep, vnx8u* pDst
                  M high, const ownCannyLayout& lay) {
   int nBands = ownBandCount(roi, kOwnBandsCanny);
   if (nBands > 1 &&
-      (roi.height / nBands) * lay.mapStride * std::int64_t(sizeof(ownEdgeEntry<E>)) < 2 * ownCannyRingBytes(roi.width))
+      (roi.height / nBands) * lay.mapStride * std::int64_t(sizeof(ownCannyEntry<E>)) < 2 * ownCannyRingBytes(roi.width))
     nBands = 1;  // a band's stack must hold its ring
   const ownBandSplit split{roi.height, nBands};
   const ownCannyRing where = nBands > 1 ? ownCannyRing::EndOfBandStack : ownCannyRing::AfterStack;
   ownRunBands(split, [&](int, int y0, int y1) {
     ownCannyBand<E>(pDx, dxStep, pDy, dyStep, pDst, dstStep, roi, low, high, lay, where, y0, y1);
   });
-  ownEdgeEntry<E>* stack = reinterpret_cast<ownEdgeEntry<E>*>(lay.stack);
+  ownCannyEntry<E>* stack = reinterpret_cast<ownCannyEntry<E>*>(lay.stack);
   for (int b = 1; b < nBands; ++b) {
     const int y = split.begin(b);
     if (y <= 0 || y >= roi.height) continue;
@@ -231,6 +231,17 @@ void ownCanny(const D* pDx, int dxStep, const D* pDy, int dyStep, vnx8u* pDst, i
 inline int ownTruncThreshold(float t) {
   if (!(t < 65535.0f)) return 65535;
   return t > -1.0f ? static_cast<int>(t) : -1;
+}
+
+// The 16s thresholds as its magnitude rows use them: low from 0 (a zero magnitude is never
+// a candidate, so -1 passes the same pixels as 0) and high as a key, not below low (a NaN
+// low passes nothing, whatever high is).
+struct ownCannyKeys {
+  int low, highKey;
+};
+inline ownCannyKeys ownCannyKeys16s(float lowThresh, float highThresh) {
+  const int low = std::max(ownTruncThreshold(lowThresh), 0);
+  return {low, std::max(ownTruncThreshold(highThresh), low) - low - 32768};
 }
 
 template <class D>
@@ -260,8 +271,8 @@ VNX_API vnxStatus vnxiCanny_16s8u_C1R(const vnx16s* pSrcDx, int srcDxStep, const
   if (vnxStatus st = ownCheckCanny(pSrcDx, srcDxStep, pSrcDy, srcDyStep, pDstEdges, dstEdgeStep, roiSize, lowThresh,
                                    highThresh, pBuffer))
     return st;
-  ownCanny(pSrcDx, srcDxStep, pSrcDy, srcDyStep, pDstEdges, dstEdgeStep, roiSize, ownTruncThreshold(lowThresh),
-           ownTruncThreshold(highThresh), pBuffer);
+  const ownCannyKeys keys = ownCannyKeys16s(lowThresh, highThresh);
+  ownCanny(pSrcDx, srcDxStep, pSrcDy, srcDyStep, pDstEdges, dstEdgeStep, roiSize, keys.low, keys.highKey, pBuffer);
   return vnxStatusOk;
 }
 

@@ -15,27 +15,18 @@ template <class S>
 std::vector<float> cornerRef(const vt::Image<S>& src, int kern, int ap, int win, Out out) {
   const int w = src.width(), h = src.height();
   const vnxiSize roi = src.size();
-  const bool is8u = std::is_same<S, vnx8u>::value;
-  std::vector<float> dx(std::size_t(w) * h), dy(dx.size());
+  constexpr bool is8u = std::is_same<S, vnx8u>::value;
   static std::vector<vnx8u> scratch(16 << 20);
   vnx8u* sb = scratch.data();
   const int m = 11 * ap;
-  if constexpr (std::is_same<S, vnx8u>::value) {
-    std::vector<vnx16s> a(dx.size()), b(dx.size());
-    const int ss = src.step(), ds = 2 * w;
-    kern ? vnxiFilterScharrVertBorder_8u16s_C1R(src.ptr(), ss, a.data(), ds, roi, 1, 0, sb)
-         : vnxiFilterSobelVertBorder_8u16s_C1R(src.ptr(), ss, a.data(), ds, roi, m, 1, 0, sb);
-    kern ? vnxiFilterScharrHorizBorder_8u16s_C1R(src.ptr(), ss, b.data(), ds, roi, 1, 0, sb)
-         : vnxiFilterSobelHorizBorder_8u16s_C1R(src.ptr(), ss, b.data(), ds, roi, m, 1, 0, sb);
-    std::copy(a.begin(), a.end(), dx.begin());
-    std::copy(b.begin(), b.end(), dy.begin());
-  } else {
-    const int ss = src.step(), ds = 4 * w;
-    kern ? vnxiFilterScharrVertBorder_32f_C1R(src.ptr(), ss, dx.data(), ds, roi, 1, 0, sb)
-         : vnxiFilterSobelVertBorder_32f_C1R(src.ptr(), ss, dx.data(), ds, roi, m, 1, 0, sb);
-    kern ? vnxiFilterScharrHorizBorder_32f_C1R(src.ptr(), ss, dy.data(), ds, roi, 1, 0, sb)
-         : vnxiFilterSobelHorizBorder_32f_C1R(src.ptr(), ss, dy.data(), ds, roi, m, 1, 0, sb);
-  }
+  // dx from the vertical-edge filter, dy from the horizontal-edge one, replicated border;
+  // an 8u source as floats (the 8u16s filters give the same integers).
+  std::vector<float> f(std::size_t(w) * h), dx(f.size()), dy(f.size());
+  for (int y = 0; y < h; ++y)
+    for (int x = 0; x < w; ++x) f[std::size_t(y) * w + x] = src.at(x, y);
+  for (bool vert : {true, false})
+    kern ? (vert ? vnxiFilterScharrVertBorder_32f_C1R : vnxiFilterScharrHorizBorder_32f_C1R)(f.data(), 4 * w, (vert ? dx : dy).data(), 4 * w, roi, 1, 0, sb)
+         : (vert ? vnxiFilterSobelVertBorder_32f_C1R : vnxiFilterSobelHorizBorder_32f_C1R)(f.data(), 4 * w, (vert ? dx : dy).data(), 4 * w, roi, m, 1, 0, sb);
   std::vector<float> pr[3], mean[3];
   for (int k = 0; k < 3; ++k) pr[k].resize(dx.size()), mean[k].resize(dx.size());
   for (std::size_t i = 0; i < dx.size(); ++i) pr[0][i] = dx[i] * dx[i], pr[1][i] = dx[i] * dy[i], pr[2][i] = dy[i] * dy[i];
@@ -54,15 +45,14 @@ std::vector<float> cornerRef(const vt::Image<S>& src, int kern, int ap, int win,
     const float p = s * mean[0][i], q = s * mean[1][i], r = s * mean[2][i];
     const float t = 0.01f * std::max(p, r), d = std::sqrt(4 * q * q + (p - r) * (p - r));
     const float l1 = (p + r + d) * 0.5f, l2 = (p + r - d) * 0.5f;
-    float o[6] = {0, 0, 0, 0, 0, 0};
+    float o[6] = {};
     if (std::min(p, r) < t || p * r - q * q < t) {
     } else if (std::fabs(q) < t) {
       o[0] = l1, o[1] = l2, o[2] = 1, o[5] = 1;
     } else {
       const float g = kern == 1 ? q : -q;
-      float n1 = std::sqrt(g * g + (l1 - p) * (l1 - p)), n2 = std::sqrt(g * g + (l2 - p) * (l2 - p));
-      if (n1 < FLT_EPSILON) n1 = FLT_EPSILON;
-      if (n2 < FLT_EPSILON) n2 = FLT_EPSILON;
+      const float n1 = std::max(std::sqrt(g * g + (l1 - p) * (l1 - p)), FLT_EPSILON);  // a NaN stays
+      const float n2 = std::max(std::sqrt(g * g + (l2 - p) * (l2 - p)), FLT_EPSILON);
       o[0] = l1, o[1] = l2, o[2] = g / n1, o[3] = (l1 - p) / n1, o[4] = g / n2, o[5] = (l2 - p) / n2;
     }
     res.insert(res.end(), o, o + 6);
@@ -72,18 +62,13 @@ std::vector<float> cornerRef(const vt::Image<S>& src, int kern, int ap, int win,
 
 template <class S>
 using CornerFn = vnxStatus (*)(const S*, int, vnx32f*, int, vnxiSize, int, int, int, vnx8u*);
-vnxStatus bufferSize(vnx8u, vnxiSize roi, int ap, int win, int* size) {
-  return vnxiMinEigenValGetBufferSize_8u32f_C1R(roi, ap, win, size);
-}
-vnxStatus bufferSize(vnx32f, vnxiSize roi, int ap, int win, int* size) {
-  return vnxiEigenValsVecsGetBufferSize_32f_C1R(roi, ap, win, size);
-}
 
 // A member on a guard-page source and destination, with a guarded buffer of the reported size.
 template <class S>
 std::vector<float> runCorner(CornerFn<S> fn, const vt::Image<S>& src, int kern, int ap, int win, Out out) {
-  int size = 0;
-  EXPECT_EQ(vnxStatusOk, bufferSize(S(), src.size(), ap, win, &size));
+  int size = 0;  // the two members of a type share their size; one query of each type
+  const auto query = std::is_same<S, vnx8u>::value ? vnxiMinEigenValGetBufferSize_8u32f_C1R : vnxiEigenValsVecsGetBufferSize_32f_C1R;
+  EXPECT_EQ(vnxStatusOk, query(src.size(), ap, win, &size));
   vt::Span<vnx8u> buf(size);
   vt::Image<vnx32f> dst(src.width(), src.height(), out == Out::Min ? 1 : 6, 4, vt::Guard::Before);
   dst.fill([](int, int, int) { return -5.0f; });
