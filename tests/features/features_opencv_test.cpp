@@ -40,6 +40,24 @@ TEST(FeaturesOpenCV, CannyOnTheSameDerivativesWithTheL1Gradient) {
   EXPECT_LT(differ, total / 50) << differ << " of " << total;
 }
 
+TEST(FeaturesOpenCV, MinEigenValIs255TimesOpenCVs) {
+  // OpenCV scales each derivative by 1/(4 * 3 * 255) and sums the 3x3 box; we take the
+  // mean and scale by 1/4080: ours = 255 * OpenCV's for Sobel 3, window 3.
+  const cv::Mat img = scene(200, 150);
+  cv::Mat cvOut, ours(img.size(), CV_32FC1);
+  cv::cornerMinEigenVal(img, cvOut, 3, 3, cv::BORDER_REPLICATE);
+  int size = 0;
+  ASSERT_EQ(vnxStatusOk, vnxiMinEigenValGetBufferSize_8u32f_C1R({img.cols, img.rows}, 3, 3, &size));
+  std::vector<vnx8u> buf(size);
+  ASSERT_EQ(vnxStatusOk, vnxiMinEigenVal_8u32f_C1R(img.data, int(img.step), ours.ptr<vnx32f>(), int(ours.step),
+                                                   {img.cols, img.rows}, 0, 3, 3, buf.data()));
+  double maxV = 0;
+  cv::minMaxLoc(cvOut, nullptr, &maxV);
+  for (int y = 0; y < img.rows; ++y)
+    for (int x = 0; x < img.cols; ++x)
+      ASSERT_NEAR(255.0 * cvOut.at<float>(y, x), ours.at<float>(y, x), 255.0 * maxV * 1e-4) << x << "," << y;
+}
+
 TEST(FeaturesOpenCV, HoughLinesOfAnEdgeMap) {
   const cv::Mat img = scene(320, 240);
   cv::Mat edges;
@@ -58,6 +76,19 @@ TEST(FeaturesOpenCV, HoughLinesOfAnEdgeMap) {
   for (int i = 0; i < n; ++i) {
     EXPECT_EQ(cvLines[i][0], lines[2 * i]) << i;
     EXPECT_NEAR(cvLines[i][1], lines[2 * i + 1], 1e-5) << i;
+  }
+}
+
+TEST(FeaturesOpenCV, FastArctanAgreesWithFastAtan2WithinTheFit) {
+  std::mt19937 rng(12);
+  std::uniform_real_distribution<float> u(-100, 100);
+  std::vector<float> y(1000), x(1000), d(1000);
+  for (int i = 0; i < 1000; ++i) y[i] = u(rng), x[i] = u(rng);
+  ASSERT_EQ(vnxStatusOk, vnxibFastArctan_32f(y.data(), x.data(), d.data(), 1000));
+  for (int i = 0; i < 1000; ++i) {
+    float diff = std::fabs(d[i] - cv::fastAtan2(y[i], x[i]));
+    diff = std::min(diff, std::fabs(diff - 360.0f));
+    EXPECT_LT(diff, 0.5f) << y[i] << " " << x[i];
   }
 }
 
