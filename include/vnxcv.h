@@ -1707,7 +1707,12 @@ VNX_API vnxStatus vnxiLabelMarkers_8u_C1IR(vnx8u* pMarker, int markerStep, vnxiS
  * elemBytes x columns -14; a table step not a multiple of its element -108 (the
  * source step is never tested for alignment). Serial. Upright tables larger than
  * three quarters of the largest cache are made row by row in a cached scratch row
- * and written around the cache (non-temporal stores); the values are the same. */
+ * whose whole 16-byte vectors go straight around the cache into the tables
+ * (non-temporal stores; 64f square rows that sit 8 bytes off the sum rows' 16-byte
+ * boundaries are stored in pairs that straddle two vectors, 32s square rows that sit
+ * otherwise are copied out separately); the values are the same. The 64f square
+ * sums run in 32-bit lanes in chunks of at most 16384 pixels (16384 x 255^2 < 2^31),
+ * each added to an exact double base, so they are exact at every width. */
 VNX_API vnxStatus vnxiIntegral_8u32s_C1R(const vnx8u* pSrc, int srcStep, vnx32s* pDst, int dstStep,
                                         vnxiSize roiSize, vnx32s val) VNX_NOEXCEPT;
 VNX_API vnxStatus vnxiIntegral_8u32f_C1R(const vnx8u* pSrc, int srcStep, vnx32f* pDst, int dstStep,
