@@ -12,8 +12,7 @@
 
 namespace {
 
-using vt::Guard;
-using vt::Image;
+using vt::Guard, vt::Image;
 
 std::uint32_t U(int v) { return static_cast<std::uint32_t>(v); }
 
@@ -52,10 +51,7 @@ void reference(const Image<vnx8u>& src, bool tilted, S val, Q valSqr, S prior, s
       else
         QT[x] = last ? ((double(sq) + QP[x - 1]) + QP[x + 1]) - QPP[x] : ((double(sq) + QP[x - 1]) - QPP[x]) + QP[x + 1];
     }
-    if (tilted) {
-      T[0] = P[1], QT[0] = QP[1];
-      T[w + 1] = P[w], QT[w + 1] = QP[w];
-    }
+    if (tilted) T[0] = P[1], QT[0] = QP[1], T[w + 1] = P[w], QT[w + 1] = QP[w];
   }
 }
 
@@ -63,19 +59,14 @@ void reference(const Image<vnx8u>& src, bool tilted, S val, Q valSqr, S prior, s
 // for the upright tables one larger than the cache (rows made in scratch, streamed
 // out: the odd table width, the guard on either side and the square pads give every
 // alignment of the sum rows, with the square rows on or off the sums' boundaries).
-std::vector<vnxiSize> sizes(bool tilted, int bytesPerPixel) {
-  std::vector<vnxiSize> s = {{1, 1}, {1, 6}, {6, 1}, {15, 3}, {16, 2}, {17, 4}, {33, 7}, {301, 5}, {33000, 2}};
-  int cache = 0;
-  vnxGetMaxCacheSizeB(&cache);
-  if (!tilted) s.push_back({1020, int(cache / 4 * 3 / (bytesPerPixel * 1020)) + 2});
-  return s;
-}
-
 template <class S, class Q, class F>
 void check(bool tilted, bool withSqr, S val, Q valSqr, F build) {
+  std::vector<vnxiSize> sizes = {{1, 1}, {1, 6}, {6, 1}, {15, 3}, {16, 2}, {17, 4}, {33, 7}, {301, 5}, {33000, 2}};
+  int cache = 0, e = tilted ? 2 : 1;
+  vnxGetMaxCacheSizeB(&cache);
+  if (!tilted) sizes.push_back({1020, int(cache / 4 * 3 / ((sizeof(S) + (withSqr ? sizeof(Q) : 0)) * 1020)) + 2});
   unsigned seed = 1;
-  const int e = tilted ? 2 : 1;
-  for (vnxiSize s : sizes(tilted, sizeof(S) + (withSqr ? sizeof(Q) : 0)))
+  for (vnxiSize s : sizes)
     for (Guard g : {Guard::After, Guard::Before}) {
       Image<vnx8u> src(s.width, s.height, 1, 3, g);
       std::mt19937 rng(seed++);
@@ -86,8 +77,7 @@ void check(bool tilted, bool withSqr, S val, Q valSqr, F build) {
       d.fill([&](int x, int, int) { return x == s.width ? prior : S(-5); });
       q.fill([](int, int, int) { return 99; });
       ASSERT_EQ(vnxStatusOk, build(src, d, q));
-      std::vector<S> rd;
-      std::vector<Q> rq;
+      std::vector<S> rd; std::vector<Q> rq;
       reference(src, tilted, val, valSqr, prior, rd, rq);
       VT_EXPECT_SAME_SAMPLES(rd, d.pixels());
       if (withSqr) VT_EXPECT_SAME_SAMPLES(rq, q.pixels());
@@ -137,7 +127,7 @@ TEST(Integral, BuilderStatusesComeInTheirFixedOrder) {
       {"null source", 1, {5, 3}, 5, 0, 0, vnxStatusNullPtr},
       {"null table", 2, {5, 3}, 5, 0, 0, vnxStatusNullPtr},
       {"null square before size", 4, {0, 3}, 5, 0, 0, vnxStatusNullPtr},
-      {"zero height before step", 0, {5, 0}, 0, -1, 0, vnxStatusBadSize},
+      {"zero height before steps", 0, {5, 0}, 0, -1, 0, vnxStatusBadSize},
       {"source step below W", 0, {5, 3}, 4, 0, 0, vnxStatusBadStep},
       {"table step one byte short", 0, {5, 3}, 5, -1, 0, vnxStatusBadStep},
       {"square step short before multiple", 0, {5, 3}, 5, 2, -8, vnxStatusBadStep},
