@@ -1756,8 +1756,8 @@ VNX_API vnxStatus vnxiTiltedSqrIntegral_8u32s_C1R(const vnx8u* pSrc, int srcStep
  * W + x + width upright, width + height + x + y + W - 1 tilted); srcStep, dstStep
  * not a multiple of 4 or sqrStep of its element -108; then rect x or y < 0, width
  * or height < 1 -6. Only RectStdDev_32f runs in bands: min(threads, (W x H) >> 10)
- * of them, serial below 2, at most 32. The upright 32f-output members compute four
- * adjacent outputs at a time with the same operations, so the bits are those of the
+ * of them, serial below 2, at most 32. The upright members compute four adjacent
+ * outputs at a time with the same operations, so the bits are those of the
  * formulas; a NaN result (from NaN or infinite table entries) is the library's NaN. */
 VNX_API vnxStatus vnxiRectStdDev_32s32f_C1R(const vnx32s* pSrc, int srcStep, const vnx64f* pSqr, int sqrStep,
                                            vnx32f* pDst, int dstStep, vnxiSize roiSize, vnxiRect rect) VNX_NOEXCEPT;
