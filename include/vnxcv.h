@@ -1708,7 +1708,12 @@ VNX_API vnxStatus vnxiLabelMarkers_8u_C1IR(vnx8u* pMarker, int markerStep, vnxiS
  * elemBytes x columns -14; a table step not a multiple of its element -108 (the
  * source step is never tested for alignment). Serial. Upright tables larger than
  * three quarters of the largest cache are made row by row in a cached scratch row
- * and written around the cache (non-temporal stores); the values are the same. */
+ * whose whole 16-byte vectors go straight around the cache into the tables
+ * (non-temporal stores; 64f square rows that sit 8 bytes off the sum rows' 16-byte
+ * boundaries are stored in pairs that straddle two vectors, 32s square rows that sit
+ * otherwise are copied out separately); the values are the same. The 64f square
+ * sums run in 32-bit lanes in chunks of at most 16384 pixels (16384 x 255^2 < 2^31),
+ * each added to an exact double base, so they are exact at every width. */
 VNX_API vnxStatus vnxiIntegral_8u32s_C1R(const vnx8u* pSrc, int srcStep, vnx32s* pDst, int dstStep,
                                         vnxiSize roiSize, vnx32s val) VNX_NOEXCEPT;
 VNX_API vnxStatus vnxiIntegral_8u32f_C1R(const vnx8u* pSrc, int srcStep, vnx32f* pDst, int dstStep,
@@ -1752,8 +1757,8 @@ VNX_API vnxStatus vnxiTiltedSqrIntegral_8u32s_C1R(const vnx8u* pSrc, int srcStep
  * W + x + width upright, width + height + x + y + W - 1 tilted); srcStep, dstStep
  * not a multiple of 4 or sqrStep of its element -108; then rect x or y < 0, width
  * or height < 1 -6. Only RectStdDev_32f runs in bands: min(threads, (W x H) >> 10)
- * of them, serial below 2, at most 32. The upright 32f-output members compute four
- * adjacent outputs at a time with the same operations, so the bits are those of the
+ * of them, serial below 2, at most 32. The upright members compute four adjacent
+ * outputs at a time with the same operations, so the bits are those of the
  * formulas; a NaN result (from NaN or infinite table entries) is the library's NaN. */
 VNX_API vnxStatus vnxiRectStdDev_32s32f_C1R(const vnx32s* pSrc, int srcStep, const vnx64f* pSqr, int sqrStep,
                                            vnx32f* pDst, int dstStep, vnxiSize roiSize, vnxiRect rect) VNX_NOEXCEPT;

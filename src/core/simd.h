@@ -436,3 +436,30 @@ inline void ownStorePacked(vnx8u* d, __m128i lo, __m128i hi) {
 }
 // Sixteen 16-bit lanes packed with unsigned saturation to bytes and stored.
 inline void ownStorePackedU8(vnx8u* d, __m128i lo, __m128i hi) { ownStore(d, _mm_packus_epi16(lo, hi)); }
+
+// ---- detect: integral tables ----------------------------------------------------
+
+// Four bytes from any address into the low lane.
+inline __m128i ownLoad32(const void* p) {
+  int v;
+  std::memcpy(&v, p, 4);
+  return _mm_cvtsi32_si128(v);
+}
+// Two doubles stored, around the cache when `streaming` is set (p then 16-byte aligned).
+inline void ownStore(double* p, __m128d v, bool streaming) {
+  if (streaming)
+    _mm_stream_pd(p, v);
+  else
+    _mm_storeu_pd(p, v);
+}
+// The upper lane of a and the lower lane of b: the pair that straddles two vectors.
+inline __m128d ownStraddlePd(__m128d a, __m128d b) { return _mm_shuffle_pd(a, b, 1); }
+// Elements of T from p to the first 16-byte boundary, at most n (n when p is not
+// aligned to its element, so no boundary falls between elements).
+template <class T>
+inline int ownElementsTo16(const T* p, int n) {
+  const std::uintptr_t a = reinterpret_cast<std::uintptr_t>(p);
+  if (a % sizeof(T) != 0) return n;
+  const int k = static_cast<int>(((16 - (a & 15)) & 15) / sizeof(T));
+  return k < n ? k : n;
+}

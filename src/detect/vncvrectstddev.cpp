@@ -99,7 +99,7 @@ struct ownUpright32f {
 };
 
 struct ownUpright32sSfs {
-  static constexpr bool kFour = false;
+  static constexpr bool kFour = true;
   float area, scale;
   vnx32s operator()(ownFour<vnx32s> s, ownFour<vnx32s> q) const {
     const float mean = static_cast<float>(wrap((u(s.br) - u(s.tr)) + (u(s.tl) - u(s.bl)))) / area;
@@ -108,7 +108,23 @@ struct ownUpright32sSfs {
     if (var < 0.0f) var = 0.0f;
     return ownScaled(std::sqrt(static_cast<double>(var)), scale);
   }
+  // Lane by lane the same: a variance of -0 kept by the scalar test and the +0
+  // of the maximum give the same root and the same truncation (0 x inf is NaN either
+  // way), and the truncating conversion gives INT_MIN outside the 32-bit range.
+  __m128i four(const ownCornerRows& s, const ownCornerRows& q, int i) const {
+    auto sum = [&](const ownCornerRows& r) {
+      auto at = [&](const void* row) { return ownLoad(static_cast<const vnx32s*>(row) + i); };
+      return _mm_cvtepi32_ps(_mm_add_epi32(_mm_sub_epi32(at(r.br), at(r.tr)), _mm_sub_epi32(at(r.tl), at(r.bl))));
+    };
+    const __m128 a = _mm_set1_ps(area), mean = _mm_div_ps(sum(s), a);
+    const __m128 var = _mm_max_ps(_mm_sub_ps(_mm_div_ps(sum(q), a), _mm_mul_ps(mean, mean)), _mm_setzero_ps());
+    const __m128d k = _mm_set1_pd(scale), half = _mm_set1_pd(0.5);
+    auto scaled = [&](__m128 v) { return _mm_cvttpd_epi32(_mm_add_pd(_mm_mul_pd(_mm_sqrt_pd(_mm_cvtps_pd(v)), k), half)); };
+    return _mm_unpacklo_epi64(scaled(var), scaled(_mm_movehl_ps(var, var)));
+  }
 };
+inline void ownStoreFour(vnx32f* p, __m128 v) { _mm_storeu_ps(p, v); }
+inline void ownStoreFour(vnx32s* p, __m128i v) { ownStore(p, v); }
 
 // Tilted members (A = tl, B = br, C = bl, D = tr): S = (B - C) + (A - D).
 inline float ownTiltedDev32f(double var) {
@@ -162,7 +178,7 @@ void ownRectStdDevBand(const S* pSrc, int srcStep, const Q* pSqr, int sqrStep, D
                             ownRow(pSrc, srcStep, j + c.blRow) + c.blCol, ownRow(pSrc, srcStep, j + c.brRow) + c.brCol};
       const ownCornerRows q{ownRow(pSqr, sqrStep, j + c.tlRow) + c.tlCol, ownRow(pSqr, sqrStep, j + c.trRow) + c.trCol,
                             ownRow(pSqr, sqrStep, j + c.blRow) + c.blCol, ownRow(pSqr, sqrStep, j + c.brRow) + c.brCol};
-      for (; i + 4 <= width; i += 4) _mm_storeu_ps(out + i, f.four(s, q, i));
+      for (; i + 4 <= width; i += 4) ownStoreFour(out + i, f.four(s, q, i));
     }
     for (; i < width; ++i) out[i] = f(ownFetch(pSrc, srcStep, c, j, i), ownFetch(pSqr, sqrStep, c, j, i));
   }
