@@ -97,11 +97,12 @@ void checkAllSizes(bool up, Step<T> c1, Step<T> c3) {
 }
 
 TEST(PyrStep, DownAndUpMatchReferenceEverySize) {
-  for (bool up : {false, true}) {
-    checkAllSizes<vnx8u>(up, up ? vnxiPyrUp_Gauss5x5_8u_C1R : vnxiPyrDown_Gauss5x5_8u_C1R, up ? vnxiPyrUp_Gauss5x5_8u_C3R : vnxiPyrDown_Gauss5x5_8u_C3R);
-    checkAllSizes<vnx8s>(up, up ? vnxiPyrUp_Gauss5x5_8s_C1R : vnxiPyrDown_Gauss5x5_8s_C1R, up ? vnxiPyrUp_Gauss5x5_8s_C3R : vnxiPyrDown_Gauss5x5_8s_C3R);
-    checkAllSizes<vnx32f>(up, up ? vnxiPyrUp_Gauss5x5_32f_C1R : vnxiPyrDown_Gauss5x5_32f_C1R, up ? vnxiPyrUp_Gauss5x5_32f_C3R : vnxiPyrDown_Gauss5x5_32f_C3R);
-  }
+  checkAllSizes<vnx8u>(false, vnxiPyrDown_Gauss5x5_8u_C1R, vnxiPyrDown_Gauss5x5_8u_C3R);
+  checkAllSizes<vnx8s>(false, vnxiPyrDown_Gauss5x5_8s_C1R, vnxiPyrDown_Gauss5x5_8s_C3R);
+  checkAllSizes<vnx32f>(false, vnxiPyrDown_Gauss5x5_32f_C1R, vnxiPyrDown_Gauss5x5_32f_C3R);
+  checkAllSizes<vnx8u>(true, vnxiPyrUp_Gauss5x5_8u_C1R, vnxiPyrUp_Gauss5x5_8u_C3R);
+  checkAllSizes<vnx8s>(true, vnxiPyrUp_Gauss5x5_8s_C1R, vnxiPyrUp_Gauss5x5_8s_C3R);
+  checkAllSizes<vnx32f>(true, vnxiPyrUp_Gauss5x5_32f_C1R, vnxiPyrUp_Gauss5x5_32f_C3R);
 }
 
 TEST(PyrStep, BufferQueryCheckOrder) {
