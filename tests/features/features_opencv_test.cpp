@@ -51,11 +51,7 @@ TEST(FeaturesOpenCV, MinEigenValIs255TimesOpenCVs) {
   std::vector<vnx8u> buf(size);
   ASSERT_EQ(vnxStatusOk, vnxiMinEigenVal_8u32f_C1R(img.data, int(img.step), ours.ptr<vnx32f>(), int(ours.step),
                                                    {img.cols, img.rows}, 0, 3, 3, buf.data()));
-  double maxV = 0;
-  cv::minMaxLoc(cvOut, nullptr, &maxV);
-  for (int y = 0; y < img.rows; ++y)
-    for (int x = 0; x < img.cols; ++x)
-      ASSERT_NEAR(255.0 * cvOut.at<float>(y, x), ours.at<float>(y, x), 255.0 * maxV * 1e-4) << x << "," << y;
+  EXPECT_LE(cv::norm(255.0 * cvOut, ours, cv::NORM_INF), 255.0 * cv::norm(cvOut, cv::NORM_INF) * 1e-4);
 }
 
 TEST(FeaturesOpenCV, HoughLinesOfAnEdgeMap) {

@@ -133,25 +133,20 @@ TEST(CopySubpixIntersect, MatchesReferenceInsideAtEdgesAndOutside) {
 
 TEST(CopySubpix, CheckOrder) {
   vnx8u s[64] = {};
-  vnx16u d[64];
+  vnx16u d[64] = {7};
   vnxiPoint lo, hi;
-  struct Row { const vnx8u* s; vnx16u* d; vnxiPoint* lo; vnxiSize src, win; int ss, ds; vnxStatus copy, inter; } rows[] = {
-      {nullptr, d, nullptr, {0, 0}, {0, 0}, 0, 0, vnxStatusNullPtr, vnxStatusNullPtr},
-      {s, d, nullptr, {0, 0}, {0, 0}, 0, 0, vnxStatusBadSize, vnxStatusNullPtr},
-      {s, d, &lo, {0, 2}, {2, 2}, 0, 0, vnxStatusBadSize, vnxStatusBadSize},
-      {s, d, &lo, {2, 2}, {2, 0}, 0, 0, vnxStatusBadStep, vnxStatusBadSize},
-      {s, d, &lo, {2, 2}, {2, 2}, 2, 3, vnxStatusBadStep, vnxStatusBadStep},
-      {s, d, &lo, {2, 2}, {2, 2}, 3, 3, vnxStatusBadStep, vnxStatusBadStep},
-      {s, d, &lo, {2, 2}, {2, 2}, 3, 5, vnxStatusStepNotMultiple, vnxStatusStepNotMultiple},
-      {s, d, &lo, {2, 2}, {2, 2}, 3, 4, vnxStatusOk, vnxStatusOk},
-  };
-  for (const Row& r : rows) {
-    for (vnx16u& v : d) v = 7;
-    EXPECT_EQ(vnxiCopySubpix_8u16u_C1R_Sfs(r.s, r.ss, r.d, r.ds, r.src, 0.5f, 0.5f, 0), r.copy);
-    EXPECT_TRUE(r.copy >= 0 || d[0] == 7);
-    for (vnx16u& v : d) v = 7;
-    EXPECT_EQ(vnxiCopySubpixIntersect_8u16u_C1R_Sfs(r.s, r.ss, r.src, r.d, r.ds, r.win, {0.5f, 0.5f}, r.lo, &hi, 0), r.inter);
-    EXPECT_TRUE(r.inter >= 0 || d[0] == 7);
+  for (bool inter : {false, true}) {
+    struct Row { const char* what; const vnx8u* s; vnxiPoint* lo; vnxiSize src, win; int ss, ds; vnxStatus want; } rows[] = {
+        {"null source", nullptr, nullptr, {0, 0}, {0, 0}, 0, 0, -8},
+        {"null corner (window only) before size", s, nullptr, {0, 0}, {0, 0}, 0, 0, inter ? -8 : -6},
+        {"source width", s, &lo, {0, 2}, {2, 2}, 0, 0, -6},
+        {"window height (window only) before steps", s, &lo, {2, 2}, {2, 0}, 0, 0, inter ? -6 : -14},
+        {"short source", s, &lo, {2, 2}, {2, 2}, 2, 3, -14},  {"short destination", s, &lo, {2, 2}, {2, 2}, 3, 3, -14},
+        {"odd destination", s, &lo, {2, 2}, {2, 2}, 3, 5, -108}, {"valid", s, &lo, {2, 2}, {2, 2}, 3, 4, 0}};
+    vt::expectStatuses(rows, {{d, sizeof d}}, [&](const Row& r) {
+      return inter ? vnxiCopySubpixIntersect_8u16u_C1R_Sfs(r.s, r.ss, r.src, d, r.ds, r.win, {0.5f, 0.5f}, r.lo, &hi, 0)
+                   : vnxiCopySubpix_8u16u_C1R_Sfs(r.s, r.ss, d, r.ds, r.src, 0.5f, 0.5f, 0);
+    });
   }
 }
 

@@ -163,17 +163,15 @@ TEST(OpticalFlow, CheckOrder) {
   vnxiPoint32f p = {10, 10}, n = {10, 10};
   vnx8u s = 77;
   vnx32f e = 5;
-  struct Row { const vnxiPyramid* pyr; vnx8u* status; int num, win, lev, iter; float thr; vnxStatus st; } rows[] = {
-      {nullptr, &s, 0, 0, -1, 0, -1, vnxStatusNullPtr}, {a.rec, nullptr, 1, 5, 0, 1, 0, vnxStatusNullPtr},
-      {a.rec, &s, 0, 5, -1, 0, -1, vnxStatusBadSize},  {a.rec, &s, 1, 0, -1, 0, -1, vnxStatusBadSize},
-      {a.rec, &s, 1, 7, -1, 0, -1, vnxStatusBadSize},  {a.rec, &s, 1, 5, -1, 1, 0, vnxStatusBadArg},
-      {a.rec, &s, 1, 5, 0, 0, 0, vnxStatusBadArg},     {a.rec, &s, 1, 5, 0, 1, -0.5f, vnxStatusBadArg},
-      {a.rec, &s, 1, 5, 2, 1, 0, vnxStatusBadArg},     {a.rec, &s, 1, 5, 1, 1, 0, vnxStatusOk}};
-  for (const Row& r : rows) {
-    s = 77;
-    EXPECT_EQ(vnxiOpticalFlowPyrLK_8u_C1R(r.pyr, a.rec, &p, &n, r.status, &e, r.num, r.win, r.lev, r.iter, r.thr, st), r.st);
-    EXPECT_TRUE(r.st >= 0 || s == 77);
-  }
+  struct Row { const char* what; const vnxiPyramid* pyr; vnx8u* status; int num, win, lev, iter; float thr; vnxStatus want; } rows[] = {
+      {"null pyramid before count", nullptr, &s, 0, 0, -1, 0, -1, -8}, {"null status", a.rec, nullptr, 1, 5, 0, 1, 0, -8},
+      {"count before window", a.rec, &s, 0, 5, -1, 0, -1, -6},        {"window 0", a.rec, &s, 1, 0, -1, 0, -1, -6},
+      {"window above the state's", a.rec, &s, 1, 7, -1, 0, -1, -6},    {"level -1", a.rec, &s, 1, 5, -1, 1, 0, -5},
+      {"no iterations", a.rec, &s, 1, 5, 0, 0, 0, -5},                 {"threshold below 0", a.rec, &s, 1, 5, 0, 1, -0.5f, -5},
+      {"level above the pyramid's", a.rec, &s, 1, 5, 2, 1, 0, -5},    {"valid", a.rec, &s, 1, 5, 1, 1, 0, 0}};
+  vt::expectStatuses(rows, {{&s, 1}, {&n, sizeof n}, {&e, sizeof e}}, [&](const Row& r) {
+    return vnxiOpticalFlowPyrLK_8u_C1R(r.pyr, a.rec, &p, &n, r.status, &e, r.num, r.win, r.lev, r.iter, r.thr, st);
+  });
   EXPECT_EQ(vnxiOpticalFlowPyrLK_16u_C1R(a.rec, a.rec, &p, &n, &s, &e, 1, 5, 0, 1, 0, st), vnxStatusBadArg);  // an 8u state
   EXPECT_EQ(vnxiOpticalFlowPyrLKFree_32f_C1R(st), vnxStatusOk);
   EXPECT_EQ(vnxiOpticalFlowPyrLKFree_16u_C1R(nullptr), vnxStatusNullPtr);
