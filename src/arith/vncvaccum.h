@@ -31,16 +31,17 @@ inline float ownAccPixel(float acc, float a, float b, bool sel, float alpha) {
   }
 }
 
-// The same, four lanes at a time; keeping a lane under a zero selector gives +0.0
-// exactly. A NaN lane is left as the arithmetic gives it: the row kernel settles it.
+// The same, four lanes at a time; `off` is all-ones in the lanes of unselected pixels,
+// and dropping a lane there gives +0.0 exactly. A NaN lane is left as the arithmetic
+// gives it: the row kernel settles it.
 template <ownAccOp K, ownMasking M>
-inline __m128 ownAccLanes(__m128 acc, __m128 a, __m128 b, __m128 sel, __m128 alpha) {
+inline __m128 ownAccLanes(__m128 acc, __m128 a, __m128 b, __m128 off, __m128 alpha) {
   constexpr bool kMasked = M == ownMasking::ByMask;
   if constexpr (K == ownAccOp::Weighted) {
-    return ownBlendPs(acc, a, kMasked ? ownKeepPs(sel, alpha) : alpha);
+    return ownBlendPs(acc, a, kMasked ? ownDropPs(off, alpha) : alpha);
   } else {
     const __m128 term = K == ownAccOp::Add ? a : K == ownAccOp::Square ? ownMulPs(a, a) : ownMulPs(a, b);
-    return ownAddTermPs(acc, kMasked ? ownKeepPs(sel, term) : term);
+    return ownAddTermPs(acc, kMasked ? ownDropPs(off, term) : term);
   }
 }
 
@@ -67,8 +68,10 @@ void ownAccRow_sse2(const S* s1, const S* s2, const vnx8u* m, float* acc, int n,
   const __m128 va = ownSplatPs(alpha);
   ownNaNWatch nan;
   int x = 0;
+  // Two blocks an iteration: the loop's own counting is shared by 32 pixels.
+#pragma GCC unroll 2
   for (; x + 16 <= n; x += 16) {
-    __m128 a[4], b[4], sel[4];
+    __m128 a[4], b[4], off[4];
     if constexpr (kPremask) {
       ownLoad16fSelected(s1 + x, m + x, a);
       if constexpr (kTwo) ownLoad16fSelected(s2 + x, m + x, b);
@@ -76,12 +79,12 @@ void ownAccRow_sse2(const S* s1, const S* s2, const vnx8u* m, float* acc, int n,
       ownLoad16f(s1 + x, a);
       if constexpr (kTwo) ownLoad16f(s2 + x, b);
     }
-    if constexpr (kSelect == ownMasking::ByMask) ownNonzero16(m + x, sel);
+    if constexpr (kSelect == ownMasking::ByMask) ownMaskOffTo32(ownLoad(m + x), off);
     // All loads before the first store: the stores cannot alias what is still to be read.
     __m128 v[4];
     for (int i = 0; i < 4; ++i) v[i] = ownLoadPs(acc + x + 4 * i);
     for (int i = 0; i < 4; ++i)
-      v[i] = ownAccLanes<K, kSelect>(v[i], a[i], kTwo ? b[i] : a[i], kSelect == ownMasking::ByMask ? sel[i] : a[i],
+      v[i] = ownAccLanes<K, kSelect>(v[i], a[i], kTwo ? b[i] : a[i], kSelect == ownMasking::ByMask ? off[i] : a[i],
                                      va);
     for (int i = 0; i < 4; ++i) ownStorePs(acc + x + 4 * i, v[i]);
     nan.note(v[0], v[1]);

@@ -96,6 +96,19 @@ inline void ownLoad16fSelected(const vnx16u* p, const vnx8u* m, __m128 out[4]) {
   ownWiden16uTo32f(_mm_andnot_si128(_mm_unpackhi_epi8(off, off), ownLoad(p + 8)), out + 2);
 }
 
+// The complement of ownMaskTo32: all-ones lanes where the mask byte is zero, one
+// operation less; ownDropPs(off, v) then keeps v where off is clear.
+inline void ownMaskOffTo32(__m128i m, __m128 out[4]) {
+  const __m128i off8 = _mm_cmpeq_epi8(m, _mm_setzero_si128());
+  const __m128i lo = _mm_unpacklo_epi8(off8, off8), hi = _mm_unpackhi_epi8(off8, off8);
+  out[0] = _mm_castsi128_ps(_mm_unpacklo_epi16(lo, lo));
+  out[1] = _mm_castsi128_ps(_mm_unpackhi_epi16(lo, lo));
+  out[2] = _mm_castsi128_ps(_mm_unpacklo_epi16(hi, hi));
+  out[3] = _mm_castsi128_ps(_mm_unpackhi_epi16(hi, hi));
+}
+// v where off is clear, +0.0 where it is all-ones.
+inline __m128 ownDropPs(__m128 off, __m128 v) { return _mm_andnot_ps(off, v); }
+
 // Selectors (all-ones lanes) of sixteen samples that are nonzero; a float
 // compares unequal to 0.0, so -0.0 is not selected and NaN is.
 inline void ownNonzero16(const vnx8u* p, __m128 out[4]) { ownMaskTo32(ownLoad(p), out); }

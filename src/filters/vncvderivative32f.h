@@ -3,6 +3,7 @@
 #pragma once
 
 #include <algorithm>
+#include <type_traits>
 
 #include "border.h"
 #include "filters/vncvtaps.h"
@@ -53,10 +54,11 @@ void ownColumns32f(float* const (*ringRows)[C1::k + 1], const float* const* newR
   const float* const src[2] = {newRows[0], Two ? newRows[1] : nullptr};
   float* const d[2] = {outRows[0], Two ? outRows[1] : nullptr};
   ownNaNWatch nan;  // the output rows' NaNs are settled once they are written
-  auto at = [&](int x, float* const* to, int xo) __attribute__((always_inline)) {  // four columns
-    if (x >= r && x + 4 + r <= w)
+  // Four columns; with Pass set, first the new rows' row pass of the same columns.
+  auto at = [&](auto pass, int x, float* const* to, int xo) __attribute__((always_inline)) {
+    if constexpr (decltype(pass)::value)
       for (int i = 0; i < nNew; ++i)
-        if (src[i]) ownRowVector32f<R1, R2>(src[i] + x, rows[0][C1::k - 1 + i], rows[1][C1::k - 1 + i], x);
+        ownRowVector32f<R1, R2>(src[i] + x, rows[0][C1::k - 1 + i], rows[1][C1::k - 1 + i], x);
     __m128 v1[C1::k + 1], v2[C1::k + 1];
     for (int i = 0; i < (Two ? C1::k + 1 : C1::k); ++i) {
       v1[i] = _mm_loadu_ps(rows[0][i] + x);
@@ -71,14 +73,30 @@ void ownColumns32f(float* const (*ringRows)[C1::k + 1], const float* const* newR
     }
     nan.note(s[0], s[nNew - 1]);
   };
+  const std::true_type pass;
+  const std::false_type skip;
   if (w >= 4) {
+    // The row pass runs where every tap lies inside the row: from x = 4 (x >= r) while
+    // x + 4 + r <= w. Rows whose pass is done already (no source pointer) skip it.
     int x = 0;
-    for (; x + 4 <= w; x += 4) at(x, d, x);
-    if (x < w) at(w - 4, d, w - 4);  // rewrites the same values
+    const bool all = src[0] && (!Two || src[1]);
+    if (all) {
+      at(skip, 0, d, 0);
+      for (x = 4; x + 4 + r <= w; x += 4) at(pass, x, d, x);
+    } else {
+      for (; x + 4 <= w; x += 4) {
+        if (x >= r && x + 4 + r <= w)
+          for (int i = 0; i < nNew; ++i)
+            if (src[i]) ownRowVector32f<R1, R2>(src[i] + x, rows[0][C1::k - 1 + i], rows[1][C1::k - 1 + i], x);
+        at(skip, x, d, x);
+      }
+    }
+    for (; x + 4 <= w; x += 4) at(skip, x, d, x);
+    if (x < w) at(skip, w - 4, d, w - 4);  // rewrites the same values
   } else {
     float tmp[2][4];
     float* const to[2] = {tmp[0], tmp[1]};
-    at(0, to, 0);
+    at(skip, 0, to, 0);
     for (int i = 0; i < (Two ? 2 : 1); ++i) std::copy(tmp[i], tmp[i] + w, d[i]);
   }
   for (int i = 0; i < nNew; ++i) nan.settle(d[i], w);

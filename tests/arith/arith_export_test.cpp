@@ -1,7 +1,7 @@
 // Absolute differences, accumulators and the motion-history update against references
 // written from their formulas, on guard-page images with canary padding and float
-// special values, at every width their row kernels treat apart; the streamed path of
-// large images; the check orders.
+// special values, at every width their row kernels treat apart and on images large
+// enough to be written around the cache; the check orders.
 #include <cmath>
 #include <functional>
 #include <string>
@@ -10,30 +10,32 @@
 
 namespace {
 
-// The library's one NaN for a NaN result.
-float canonical(float v) { return v == v ? v : vt::fromBits(0xFFC00000u); }
-
+struct Shape {
+  vnxiSize size;
+  vt::Guard guard;
+};
 // Every width up to three 8-bit vectors + 3, at heights 1 to 9 (1x1 first), on both
-// guard sides, a column and a large image. Rows padded by an odd number of elements
-// start at varying alignments, so the row kernels meet their tails at many offsets.
-template <class F>
-void forShapes(F f) {
+// guard sides, a column and a large image. (Images written around the cache: checkStreamed.)
+std::vector<Shape> everyWidth() {
+  std::vector<Shape> s;
   for (int w = 1; w <= 51; ++w)
-    for (vt::Guard g : {vt::Guard::After, vt::Guard::Before}) f(vnxiSize{w, 1 + (w - 1) * 5 % 9}, g);
-  for (vnxiSize sz : {vnxiSize{1, 17}, vnxiSize{333, 67}}) f(sz, vt::Guard::Before);
+    for (vt::Guard g : {vt::Guard::After, vt::Guard::Before}) s.push_back({{w, 1 + (w - 1) * 5 % 9}, g});
+  for (vnxiSize sz : {vnxiSize{1, 17}, vnxiSize{333, 67}}) s.push_back({sz, vt::Guard::Before});
+  return s;
 }
 
 // One operation on every shape: sources a and b (a third of them zero, floats with
 // special values), a sparse mask and a destination filled by start(rng). Every pixel
 // must equal ref(a, b, mask, destination before), and the padding keep its canary.
+// Destination rows padded by four elements start at every alignment.
 template <class S, class D, class Start, class Call, class Ref>
-void checkPixels(Start start, Call call, Ref ref) {
+void checkPixels(Start start, Call call, Ref ref, const std::vector<Shape>& shapes = everyWidth()) {
   std::mt19937 rng(7);
-  forShapes([&](vnxiSize sz, vt::Guard g) {
+  for (const auto& [sz, g] : shapes) {
     SCOPED_TRACE(testing::Message() << sz.width << "x" << sz.height);
     vt::Image<S> a(sz.width, sz.height, 1, 3 * sizeof(S), g), b(sz.width, sz.height, 1, 5 * sizeof(S), g);
     vt::Image<vnx8u> m(sz.width, sz.height, 1, 1, g);
-    vt::Image<D> d(sz.width, sz.height, 1, 7 * sizeof(D), g);
+    vt::Image<D> d(sz.width, sz.height, 1, 4 * sizeof(D), g);
     auto sample = [&](int, int, int) { return rng() % 3 ? vt::randomSampleOrSpecial<S>(rng) : S(0); };
     a.fill(sample), b.fill(sample), d.fill([&](int, int, int) { return start(rng); });
     m.fill([&](int, int, int) { return rng() % 3 ? 0 : int(rng() % 255) + 1; });
@@ -43,7 +45,7 @@ void checkPixels(Start start, Call call, Ref ref) {
     ASSERT_EQ(call(a, b, m, d), vnxStatusOk);
     VT_EXPECT_SAME_SAMPLES(expected, d.pixels());
     EXPECT_TRUE(d.canaryIntact());
-  });
+  }
 }
 
 // ---- absolute differences ---------------------------------------------------------
@@ -84,10 +86,7 @@ void checkStreamed(AbsDiffFn<T> f) {
     b.fill([](int x, int y, int) { return ((x * 13 + y * 7) % 241) * (sizeof(T) == 4 ? 0.61 : 1.0); });
     ASSERT_EQ(f(a.ptr(), a.step(), b.ptr(), b.step(), d.ptr(), d.step(), {w, h}), vnxStatusOk);
     for (int y = 0; y < h; y += 7)
-      for (int x = 0; x < w; ++x) {
-        const T e = refAbsDiff(a.at(x, y), b.at(x, y));
-        ASSERT_EQ(std::memcmp(&e, &d.at(x, y), sizeof(T)), 0) << w << " wide, at " << x << "," << y;
-      }
+      for (int x = 0; x < w; ++x) ASSERT_EQ(vt::bits(float(refAbsDiff(a.at(x, y), b.at(x, y)))), vt::bits(float(d.at(x, y)))) << w << " wide, at " << x << "," << y;
     EXPECT_TRUE(d.canaryIntact());
   }
 }
@@ -121,28 +120,26 @@ TEST(AbsDiff, EachExportChecksInTheSharedOrder) {
 enum class Kind { Add, Square, Product, Weighted };
 
 // The formulas, one pixel at a time, each operation rounded to single precision: the
-// term (or the weight) is zero where the mask byte is zero, and the addition always happens.
+// term (or the weight) is zero where the mask byte is zero, and the addition always
+// happens; a NaN result is the library's one NaN.
 float refAccumulate(Kind k, bool sel, float acc, float a, float b, float alpha) {
-  switch (k) {
-    case Kind::Add: return canonical(acc + (sel ? a : 0.0f));
-    case Kind::Square: return canonical(acc + (sel ? a * a : 0.0f));
-    case Kind::Product: return canonical(acc + (sel ? a * b : 0.0f));
-    default: return canonical(acc + (a - acc) * (sel ? alpha : 0.0f));
-  }
+  const float term = k == Kind::Add ? a : k == Kind::Square ? a * a : a * b;
+  const float r = k == Kind::Weighted ? acc + (a - acc) * (sel ? alpha : 0.0f) : acc + (sel ? term : 0.0f);
+  return r == r ? r : vt::fromBits(0xFFC00000u);
 }
 
-// The operands of every accumulator member; a member takes the ones its signature names.
+// The operands of every accumulator member; a member takes the ones its signature
+// names, sources and mask converted to the types it takes.
+struct AnyPtr {
+  const void* p;
+  template <class T> operator const T*() const { return static_cast<const T*>(p); }
+};
 struct AccCall {
-  const void *s1, *s2;
-  const vnx8u* mask;
+  AnyPtr s1, s2, mask;
   vnx32f* acc;
   int s1Step, s2Step, maskStep, accStep;
   vnxiSize roi;
   float alpha;
-};
-struct AnyPtr {  // a source or mask pointer, converted to the type the member takes
-  const void* p;
-  template <class T> operator const T*() const { return static_cast<const T*>(p); }
 };
 struct AccMember {
   std::string name;
@@ -155,25 +152,21 @@ struct AccMember {
 // The arguments in signature order: sources, the second source of products, the
 // mask of masked members, the accumulator, the ROI, the weight of blends.
 template <class S1, class... P>
-AccMember accMember(const char* name, vnxStatus (*f)(S1, P...)) {
+AccMember accMember(const std::string& n, vnxStatus (*f)(S1, P...)) {
   using S = std::remove_const_t<std::remove_pointer_t<S1>>;
-  const std::string n(name);
   auto has = [&](const char* part) { return n.find(part) != std::string::npos; };
   const Kind k = has("Weighted") ? Kind::Weighted : has("Product") ? Kind::Product : has("Square") ? Kind::Square : Kind::Add;
   const bool masked = has("IMR");
-  auto call = [f, k](const AccCall& c) -> vnxStatus {
-    (void)k;  // read only by the two-source members
-    const AnyPtr s1{c.s1}, s2{c.s2}, m{c.mask};
-    if constexpr (sizeof...(P) == 4) return f(s1, c.s1Step, c.acc, c.accStep, c.roi);
-    else if constexpr (sizeof...(P) == 5) return f(s1, c.s1Step, c.acc, c.accStep, c.roi, c.alpha);
-    else if constexpr (sizeof...(P) == 7) return f(s1, c.s1Step, m, c.maskStep, c.acc, c.accStep, c.roi, c.alpha);
-    else if constexpr (sizeof...(P) == 8) return f(s1, c.s1Step, s2, c.s2Step, m, c.maskStep, c.acc, c.accStep, c.roi);
-    else if (k == Kind::Product) return f(s1, c.s1Step, s2, c.s2Step, c.acc, c.accStep, c.roi);
-    else return f(s1, c.s1Step, m, c.maskStep, c.acc, c.accStep, c.roi);
+  auto call = [f, two = k == Kind::Product](const AccCall& c) -> vnxStatus {
+    if constexpr (sizeof...(P) == 4) return f(c.s1, c.s1Step, c.acc, c.accStep, c.roi);
+    else if constexpr (sizeof...(P) == 5) return f(c.s1, c.s1Step, c.acc, c.accStep, c.roi, c.alpha);
+    else if constexpr (sizeof...(P) == 7) return f(c.s1, c.s1Step, c.mask, c.maskStep, c.acc, c.accStep, c.roi, c.alpha);
+    else if constexpr (sizeof...(P) == 8) return f(c.s1, c.s1Step, c.s2, c.s2Step, c.mask, c.maskStep, c.acc, c.accStep, c.roi);
+    else return two ? f(c.s1, c.s1Step, c.s2, c.s2Step, c.acc, c.accStep, c.roi) : f(c.s1, c.s1Step, c.mask, c.maskStep, c.acc, c.accStep, c.roi);
   };
   auto check = [call, k, masked] {
     checkPixels<S, float>(vt::randomSampleOrSpecial<float>, [&](auto& a, auto& b, auto& m, auto& d) {
-      return call({a.ptr(), b.ptr(), m.ptr(), d.ptr(), a.step(), b.step(), m.step(), d.step(), a.size(), 0.3f});
+      return call({{a.ptr()}, {b.ptr()}, {m.ptr()}, d.ptr(), a.step(), b.step(), m.step(), d.step(), a.size(), 0.3f});
     }, [&](S a, S b, vnx8u m, float acc) { return refAccumulate(k, !masked || m, acc, float(a), float(b), 0.3f); });
   };
   return {n, k, masked, call, check};
@@ -205,40 +198,34 @@ TEST(Accumulate, EveryMemberMatchesItsFormula) {
 
 // A valid call 8 pixels wide, then one fault (or two) at a time, statuses by source
 // type (8s as 8u); on an error the accumulator keeps its values.
-enum class Applies { All, Masked, Product };
-struct Fault {
-  const char* what;
-  void (*apply)(AccCall&, int sourceRowBytes);
-  vnxStatus for8u, for16u, for32f;
-  Applies applies = Applies::All;
-};
-
 TEST(Accumulate, ChecksInOrder) {
-  const std::vector<Fault> faults = {
-      {"null source", [](AccCall& a, int) { a.s1 = nullptr; }, -8, -8, -8},
-      {"null accumulator and zero width", [](AccCall& a, int) { a.acc = nullptr, a.roi.width = 0; }, -8, -8, -8},
-      {"zero width", [](AccCall& a, int) { a.roi.width = 0; }, -6, -6, -6},
-      {"source step short", [](AccCall& a, int sb) { a.s1Step = sb - 1; }, -14, -14, -14},
-      {"accumulator step short", [](AccCall& a, int) { a.accStep = 28; }, -14, -14, -14},
-      {"accumulator step 4w+2", [](AccCall& a, int) { a.accStep = 34; }, -108, -108, -108},
-      {"odd source step", [](AccCall& a, int sb) { a.s1Step = sb + 1; }, 0, -108, -108},
-      {"odd source step, short accumulator", [](AccCall& a, int sb) { a.s1Step = sb + 1, a.accStep = 4; }, -14, -108, -14},
-      {"misaligned accumulator, short source", [](AccCall& a, int) { a.accStep = 34, a.s1Step = 1; }, -14, -14, -14},
-      {"alpha NaN is used, not refused", [](AccCall& a, int) { a.alpha = std::nanf(""); }, 0, 0, 0},
-      {"null mask", [](AccCall& a, int) { a.mask = nullptr; }, -8, -8, -8, Applies::Masked},
-      {"mask step short", [](AccCall& a, int) { a.maskStep = 7; }, -14, -14, -14, Applies::Masked},
-      {"odd mask step is never tested for alignment", [](AccCall& a, int) { a.maskStep = 9; }, 0, 0, 0, Applies::Masked},
-      {"odd source before short mask", [](AccCall& a, int sb) { a.maskStep = 7, a.s1Step = sb + 1; }, -14, -108, -14, Applies::Masked},
-      {"null second source", [](AccCall& a, int) { a.s2 = nullptr; }, -8, -8, -8, Applies::Product},
+  enum Applies { All, Masked, Product };
+  struct Fault { const char* what; void (*apply)(AccCall&, int sourceRowBytes); vnxStatus for8u, for16u, for32f; Applies applies; };
+  const Fault faults[] = {
+      {"null source", [](AccCall& a, int) { a.s1.p = nullptr; }, -8, -8, -8, All},
+      {"null accumulator and zero width", [](AccCall& a, int) { a.acc = nullptr, a.roi.width = 0; }, -8, -8, -8, All},
+      {"zero width", [](AccCall& a, int) { a.roi.width = 0; }, -6, -6, -6, All},
+      {"source step short", [](AccCall& a, int sb) { a.s1Step = sb - 1; }, -14, -14, -14, All},
+      {"accumulator step short", [](AccCall& a, int) { a.accStep = 28; }, -14, -14, -14, All},
+      {"accumulator step 4w+2", [](AccCall& a, int) { a.accStep = 34; }, -108, -108, -108, All},
+      {"odd source step", [](AccCall& a, int sb) { a.s1Step = sb + 1; }, 0, -108, -108, All},
+      {"odd source step, short accumulator", [](AccCall& a, int sb) { a.s1Step = sb + 1, a.accStep = 4; }, -14, -108, -14, All},
+      {"misaligned accumulator, short source", [](AccCall& a, int) { a.accStep = 34, a.s1Step = 1; }, -14, -14, -14, All},
+      {"alpha NaN is used, not refused", [](AccCall& a, int) { a.alpha = std::nanf(""); }, 0, 0, 0, All},
+      {"null mask", [](AccCall& a, int) { a.mask.p = nullptr; }, -8, -8, -8, Masked},
+      {"mask step short", [](AccCall& a, int) { a.maskStep = 7; }, -14, -14, -14, Masked},
+      {"odd mask step is never tested for alignment", [](AccCall& a, int) { a.maskStep = 9; }, 0, 0, 0, Masked},
+      {"odd source before short mask", [](AccCall& a, int sb) { a.maskStep = 7, a.s1Step = sb + 1; }, -14, -108, -14, Masked},
+      {"null second source", [](AccCall& a, int) { a.s2.p = nullptr; }, -8, -8, -8, Product},
   };
   std::vector<vnx32f> src(64), acc(64);
   std::vector<vnx8u> mask(64, 1);
   for (const AccMember& mem : accMembers()) {
     const int eb = mem.name.find("_8") != std::string::npos ? 1 : mem.name.find("_16u") != std::string::npos ? 2 : 4;
     for (const Fault& f : faults) {
-      if ((f.applies == Applies::Masked && !mem.masked) || (f.applies == Applies::Product && mem.kind != Kind::Product)) continue;
+      if ((f.applies == Masked && !mem.masked) || (f.applies == Product && mem.kind != Kind::Product)) continue;
       std::fill(acc.begin(), acc.end(), 1.5f);
-      AccCall a{src.data(), src.data(), mask.data(), acc.data(), 10 * eb, 8 * eb, 8, 32, {8, 2}, 0.5f};
+      AccCall a{{src.data()}, {src.data()}, {mask.data()}, acc.data(), 10 * eb, 8 * eb, 8, 32, {8, 2}, 0.5f};
       f.apply(a, 8 * eb);
       const vnxStatus expected = eb == 1 ? f.for8u : eb == 2 ? f.for16u : f.for32f;
       EXPECT_EQ(mem.call(a), expected) << mem.name << ": " << f.what;

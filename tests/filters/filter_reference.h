@@ -11,7 +11,7 @@
 #include <random>
 #include <type_traits>
 
-#include "vnxcv.h"
+#include "support.h"
 
 namespace vt {
 
@@ -44,16 +44,7 @@ D saturatedQuotient(long long s, long long divisor) {
 }
 
 // The one NaN of the library for a NaN result, other values as they are.
-inline float canonical(float v) {
-  const unsigned nan = 0xFFC00000u;
-  if (v == v) return v;
-  std::memcpy(&v, &nan, 4);
-  return v;
-}
-template <class T>
-inline T canonical(T v) {
-  return v;
-}
+inline float canonical(float v) { return v == v ? v : fromBits(0xFFC00000u); }
 
 // Float sample kinds: integers now and then replaced by a NaN of some payload and sign
 // or an infinity; multiples of the smallest denormal; negative zeros. Other types take v.
