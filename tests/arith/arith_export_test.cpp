@@ -158,6 +158,7 @@ AccMember accMember(const std::string& n, vnxStatus (*f)(S1, P...)) {
   const Kind k = has("Weighted") ? Kind::Weighted : has("Product") ? Kind::Product : has("Square") ? Kind::Square : Kind::Add;
   const bool masked = has("IMR");
   auto call = [f, two = k == Kind::Product](const AccCall& c) -> vnxStatus {
+    (void)two;  // read only by the seven-argument members
     if constexpr (sizeof...(P) == 4) return f(c.s1, c.s1Step, c.acc, c.accStep, c.roi);
     else if constexpr (sizeof...(P) == 5) return f(c.s1, c.s1Step, c.acc, c.accStep, c.roi, c.alpha);
     else if constexpr (sizeof...(P) == 7) return f(c.s1, c.s1Step, c.mask, c.maskStep, c.acc, c.accStep, c.roi, c.alpha);
