@@ -61,6 +61,24 @@ struct ownCannySeeds {
   std::int64_t sp;
   E row;
 };
+// Sixteen output bytes from the map flags of columns x .. x + 15 (255 for the seeds,
+// 0 elsewhere), the seeds pushed in column order.
+template <class E>
+inline void ownCannyOutput16(__m128i flags, vnx8u* dst, int x, ownCannySeeds<E>& seeds) {
+  const __m128i seed = _mm_cmpeq_epi8(flags, _mm_set1_epi8(static_cast<char>(kOwnCannyEdge)));
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + x), seed);
+  if (!seeds.stack) return;
+  for (unsigned bits = static_cast<unsigned>(_mm_movemask_epi8(seed)); bits; bits &= bits - 1)
+    seeds.stack[seeds.sp++] = {seeds.row, static_cast<E>(x + __builtin_ctz(bits) + 1)};
+}
+// The same for columns x .. n - 1, one at a time.
+template <class E>
+inline void ownCannyOutputTail(const vnx8u* map, vnx8u* dst, int x, int n, ownCannySeeds<E>& seeds) {
+  for (; x < n; ++x) {
+    dst[x] = map[x] == kOwnCannyEdge ? 255 : 0;
+    if (seeds.stack && dst[x]) seeds.stack[seeds.sp++] = {seeds.row, static_cast<E>(x + 1)};
+  }
+}
 // Suppression of one row: map[x] for x0 .. n - 1 from the magnitude rows above, at and
 // below (columns -1 and n readable), the derivatives and the high threshold (16s: the
 // high key).

@@ -52,19 +52,11 @@ template <class E>
 std::int64_t ownCannySeedRow(const ownCannyLayout& lay, int width, int r, vnx8u* d, ownCannyEntry<E>* stack,
                              std::int64_t sp) {
   const vnx8u* m = lay.map + r * lay.mapStride + 1;
-  const __m128i seed = _mm_set1_epi8(static_cast<char>(kOwnCannyEdge));
+  ownCannySeeds<E> seeds{stack, sp, static_cast<E>(r)};
   int x = 0;
-  for (; x + 16 <= width; x += 16) {
-    const __m128i eq = _mm_cmpeq_epi8(ownLoad(m + x), seed);
-    ownStore(d + x, eq);
-    for (unsigned bits = static_cast<unsigned>(_mm_movemask_epi8(eq)); bits; bits &= bits - 1)
-      stack[sp++] = {static_cast<E>(r), static_cast<E>(x + __builtin_ctz(bits) + 1)};
-  }
-  for (; x < width; ++x) {
-    d[x] = m[x] == kOwnCannyEdge ? 255 : 0;
-    if (d[x]) stack[sp++] = {static_cast<E>(r), static_cast<E>(x + 1)};
-  }
-  return sp;
+  for (; x + 16 <= width; x += 16) ownCannyOutput16(ownLoad(m + x), d, x, seeds);
+  ownCannyOutputTail(m, d, x, width, seeds);
+  return seeds.sp;
 }
 
 // Rows y0 .. y1 - 1 of the map and the output: the band computes magnitudes of rows

@@ -188,21 +188,14 @@ namespace {
 template <class E>
 inline void ownEmit16(__m128i flags, vnx8u* map, vnx8u* dst, int x, ownCannySeeds<E>& seeds) {
   ownStore(map + x, flags);
-  const __m128i seed = _mm_cmpeq_epi8(flags, _mm_set1_epi8(static_cast<char>(kOwnCannyEdge)));
-  ownStore(dst + x, seed);
-  if (!seeds.stack) return;
-  for (unsigned bits = static_cast<unsigned>(_mm_movemask_epi8(seed)); bits; bits &= bits - 1)
-    seeds.stack[seeds.sp++] = {seeds.row, static_cast<E>(x + __builtin_ctz(bits) + 1)};
+  ownCannyOutput16(flags, dst, x, seeds);
 }
 // The last columns from the reference, then their output bytes and seeds.
 template <class E, class D, class M, class T>
 void ownSuppressTail(const D* dx, const D* dy, const M* up, const M* mid, const M* down, vnx8u* map, vnx8u* dst,
                      int x, int n, T high, ownCannySeeds<E>& seeds) {
   ownCannySuppressRow(dx, dy, up, mid, down, map, x, n, high);
-  for (; x < n; ++x) {
-    dst[x] = map[x] == kOwnCannyEdge ? 255 : 0;
-    if (seeds.stack && dst[x]) seeds.stack[seeds.sp++] = {seeds.row, static_cast<E>(x + 1)};
-  }
+  ownCannyOutputTail(map, dst, x, n, seeds);
 }
 
 }  // namespace
