@@ -54,11 +54,18 @@ void ownColumns32f(float* const (*ringRows)[C1::k + 1], const float* const* newR
   const float* const src[2] = {newRows[0], Two ? newRows[1] : nullptr};
   float* const d[2] = {outRows[0], Two ? outRows[1] : nullptr};
   ownNaNWatch nan;  // the output rows' NaNs are settled once they are written
-  // Four columns; with Pass set, first the new rows' row pass of the same columns.
-  auto at = [&](auto pass, int x, float* const* to, int xo) __attribute__((always_inline)) {
-    if constexpr (decltype(pass)::value)
-      for (int i = 0; i < nNew; ++i)
+  // The new rows' row pass of four columns; with Checked set, rows whose pass is done
+  // already (no source pointer) skip it.
+  auto rowPass = [&](auto checked, int x) __attribute__((always_inline)) {
+    for (int i = 0; i < nNew; ++i)
+      if (!decltype(checked)::value || src[i])
         ownRowVector32f<R1, R2>(src[i] + x, rows[0][C1::k - 1 + i], rows[1][C1::k - 1 + i], x);
+  };
+  const std::true_type pass, checked;
+  const std::false_type skip, unchecked;
+  // Four columns; with Pass set, first the new rows' row pass of the same columns.
+  auto at = [&](auto withPass, int x, float* const* to, int xo) __attribute__((always_inline)) {
+    if constexpr (decltype(withPass)::value) rowPass(unchecked, x);
     __m128 v1[C1::k + 1], v2[C1::k + 1];
     for (int i = 0; i < (Two ? C1::k + 1 : C1::k); ++i) {
       v1[i] = _mm_loadu_ps(rows[0][i] + x);
@@ -73,8 +80,6 @@ void ownColumns32f(float* const (*ringRows)[C1::k + 1], const float* const* newR
     }
     nan.note(s[0], s[nNew - 1]);
   };
-  const std::true_type pass;
-  const std::false_type skip;
   if (w >= 4) {
     // The row pass runs where every tap lies inside the row: from x = 4 (x >= r) while
     // x + 4 + r <= w. Rows whose pass is done already (no source pointer) skip it.
@@ -85,9 +90,7 @@ void ownColumns32f(float* const (*ringRows)[C1::k + 1], const float* const* newR
       for (x = 4; x + 4 + r <= w; x += 4) at(pass, x, d, x);
     } else {
       for (; x + 4 <= w; x += 4) {
-        if (x >= r && x + 4 + r <= w)
-          for (int i = 0; i < nNew; ++i)
-            if (src[i]) ownRowVector32f<R1, R2>(src[i] + x, rows[0][C1::k - 1 + i], rows[1][C1::k - 1 + i], x);
+        if (x >= r && x + 4 + r <= w) rowPass(checked, x);
         at(skip, x, d, x);
       }
     }
