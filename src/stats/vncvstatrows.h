@@ -16,6 +16,7 @@
 #include <cfloat>
 #include <cmath>
 #include <cstdint>
+#include <type_traits>
 
 #include "simd.h"
 #include "traits.h"
@@ -148,6 +149,29 @@ inline int ownEachLaneVector(const Src& src, const vnx8u* sel, int n, F&& f) {
     __m128i k[kVecs] = {};
     if (sel) L::keep(sel + x, k);
     for (int i = 0; i < kVecs; ++i) f(src.vec(x + i * L::kPerVec), k[i]);
+  }
+  return x;
+}
+
+// The same two blocks of 16 samples an iteration, f(slot, v, k) with slot the
+// block's parity as a constant, so a kernel can keep two independent accumulators.
+template <class Src, class F>
+inline int ownEachLaneVectorPair(const Src& src, const vnx8u* sel, int n, F&& f) {
+  using L = typename Src::Lanes;
+  constexpr int kVecs = 16 / L::kPerVec;
+  auto block = [&](auto slot, int x) {
+    __m128i k[kVecs] = {};
+    if (sel) L::keep(sel + x, k);
+    for (int i = 0; i < kVecs; ++i) f(slot, src.vec(x + i * L::kPerVec), k[i]);
+  };
+  int x = 0;
+  for (; x + 32 <= n; x += 32) {
+    block(std::integral_constant<int, 0>(), x);
+    block(std::integral_constant<int, 1>(), x + 16);
+  }
+  if (x + 16 <= n) {
+    block(std::integral_constant<int, 0>(), x);
+    x += 16;
   }
   return x;
 }
@@ -306,10 +330,10 @@ V ownMaxRow(const Src& src, const vnx8u* sel, int x0, int n, V m) {
 template <class Src>
 unsigned ownMaxRow_sse2(const Src& src, const vnx8u* sel, int n, unsigned m) {
   using L = typename Src::Lanes;
-  __m128i a = ownZeroLanes();
-  const int x =
-      ownEachLaneVector(src, sel, n, [&](__m128i v, __m128i k) { a = L::max(a, sel ? ownKeepLanes(k, v) : v); });
-  return ownMaxRow(src, sel, x, n, std::max(m, L::hmax(a)));
+  __m128i a[2] = {ownZeroLanes(), ownZeroLanes()};
+  const int x = ownEachLaneVectorPair(
+      src, sel, n, [&](auto slot, __m128i v, __m128i k) { a[slot] = L::max(a[slot], sel ? ownKeepLanes(k, v) : v); });
+  return ownMaxRow(src, sel, x, n, std::max(m, L::hmax(L::max(a[0], a[1]))));
 }
 template <class Src>
 float ownMaxRow_sse2(const Src& src, const vnx8u* sel, int n, float m) {
