@@ -141,36 +141,32 @@ void ownSumsRow(const Src& src, const vnx8u* sel, int x0, int n, Sums& acc) {
 // lanes with its selector k (unset without a selection); returns the first sample
 // left to the scalar tail.
 template <class Src, class F>
-inline int ownEachLaneVector(const Src& src, const vnx8u* sel, int n, F&& f) {
+inline void ownLaneBlock(const Src& src, const vnx8u* sel, int x, F&& f) {
   using L = typename Src::Lanes;
   constexpr int kVecs = 16 / L::kPerVec;
+  __m128i k[kVecs] = {};
+  if (sel) L::keep(sel + x, k);
+  for (int i = 0; i < kVecs; ++i) f(src.vec(x + i * L::kPerVec), k[i]);
+}
+template <class Src, class F>
+inline int ownEachLaneVector(const Src& src, const vnx8u* sel, int n, F&& f) {
   int x = 0;
-  for (; x + 16 <= n; x += 16) {
-    __m128i k[kVecs] = {};
-    if (sel) L::keep(sel + x, k);
-    for (int i = 0; i < kVecs; ++i) f(src.vec(x + i * L::kPerVec), k[i]);
-  }
+  for (; x + 16 <= n; x += 16) ownLaneBlock(src, sel, x, f);
   return x;
 }
-
-// The same two blocks of 16 samples an iteration, f(slot, v, k) with slot the
-// block's parity as a constant, so a kernel can keep two independent accumulators.
+// The same two blocks an iteration, f(slot, v, k) with slot the block's parity as a
+// constant, so a kernel can keep two independent accumulators.
 template <class Src, class F>
 inline int ownEachLaneVectorPair(const Src& src, const vnx8u* sel, int n, F&& f) {
-  using L = typename Src::Lanes;
-  constexpr int kVecs = 16 / L::kPerVec;
-  auto block = [&](auto slot, int x) {
-    __m128i k[kVecs] = {};
-    if (sel) L::keep(sel + x, k);
-    for (int i = 0; i < kVecs; ++i) f(slot, src.vec(x + i * L::kPerVec), k[i]);
-  };
+  using Slot0 = std::integral_constant<int, 0>;
+  using Slot1 = std::integral_constant<int, 1>;
   int x = 0;
   for (; x + 32 <= n; x += 32) {
-    block(std::integral_constant<int, 0>(), x);
-    block(std::integral_constant<int, 1>(), x + 16);
+    ownLaneBlock(src, sel, x, [&](__m128i v, __m128i k) { f(Slot0(), v, k); });
+    ownLaneBlock(src, sel, x + 16, [&](__m128i v, __m128i k) { f(Slot1(), v, k); });
   }
   if (x + 16 <= n) {
-    block(std::integral_constant<int, 0>(), x);
+    ownLaneBlock(src, sel, x, [&](__m128i v, __m128i k) { f(Slot0(), v, k); });
     x += 16;
   }
   return x;
