@@ -125,13 +125,17 @@ void ownPyrDownPair(const T* const* src, std::int64_t width, const typename ownP
   for (; i < n; ++i) ownPyrDownPairAt(src, width, old, fresh, d0, d1, i);
 }
 // Column sums of R output rows over 16 source columns c .. c + 15 (c even): eight
-// even and eight odd columns a row, each a vector of 16-bit lanes.
+// even and eight odd columns a row, each a vector of 16-bit lanes. Source rows are
+// split as the output rows reach them, so at most five rows of both parities are
+// held at once.
 template <int R, class T>
 inline void ownPyrDownColsAt(const T* const* s, vnx16s* const* ev, vnx16s* const* od, std::int64_t c) {
   __m128i e[2 * R + 3], o[2 * R + 3];
-  for (int r = 0; r < 2 * R + 3; ++r) ownEvenOdd(s[r] + c, e[r], o[r]);
+  for (int r = 0; r < 3; ++r) ownEvenOdd(s[r] + c, e[r], o[r]);
   for (int q = 0; q < R; ++q) {
     const int r = 2 * q;
+    ownEvenOdd(s[r + 3] + c, e[r + 3], o[r + 3]);
+    ownEvenOdd(s[r + 4] + c, e[r + 4], o[r + 4]);
     ownStore(ev[q] + (c >> 1), ownTaps5(e[r], e[r + 1], e[r + 2], e[r + 3], e[r + 4]));
     ownStore(od[q] + (c >> 1), ownTaps5(o[r], o[r + 1], o[r + 2], o[r + 3], o[r + 4]));
   }
@@ -280,11 +284,19 @@ void ownPyrDownPair_sse2(const vnx32f* const* src, std::int64_t width, const vnx
                          vnx32f* d0, vnx32f* d1, std::int64_t n) {
   ownPyrDownPair(src, width, old, fresh, d0, d1, n);
 }
+template <class T>
+void ownPyrDownCols(const T* const* s, int outRows, std::int64_t width, vnx16s* const* ev, vnx16s* const* od) {
+  switch (outRows) {
+    case 4: return ownPyrDownCols8<4>(s, width, ev, od);
+    case 2: return ownPyrDownCols8<2>(s, width, ev, od);
+    default: return ownPyrDownCols8<1>(s, width, ev, od);
+  }
+}
 void ownPyrDownCols_sse2(const vnx8u* const* s, int outRows, std::int64_t width, vnx16s* const* ev, vnx16s* const* od) {
-  outRows == 2 ? ownPyrDownCols8<2>(s, width, ev, od) : ownPyrDownCols8<1>(s, width, ev, od);
+  ownPyrDownCols(s, outRows, width, ev, od);
 }
 void ownPyrDownCols_sse2(const vnx8s* const* s, int outRows, std::int64_t width, vnx16s* const* ev, vnx16s* const* od) {
-  outRows == 2 ? ownPyrDownCols8<2>(s, width, ev, od) : ownPyrDownCols8<1>(s, width, ev, od);
+  ownPyrDownCols(s, outRows, width, ev, od);
 }
 void ownPyrDownDecimate_sse2(const vnx16s* ev, const vnx16s* od, vnx8u* d, std::int64_t n) {
   ownPyrDownDecimate8(ev, od, d, n);

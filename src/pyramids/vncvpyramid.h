@@ -129,7 +129,7 @@ void ownPyrDownDecimateRow(const vnx16s* ev, const vnx16s* od, T* d, std::int64_
   for (std::int64_t k = k0; k < n; ++k)
     d[k] = ownPyrResult<T>(ownPyrTaps5<int>(ev[k - 1], od[k - 1], ev[k], od[k], ev[k + 1]), 8);
 }
-// Column sums of `outRows` (1 or 2) output rows from source rows s[0 .. 2 outRows + 2]:
+// Column sums of `outRows` (1, 2 or 4) output rows from source rows s[0 .. 2 outRows + 2]:
 // output row q takes s[2q .. 2q + 4] into ev[q], od[q].
 void ownPyrDownCols_sse2(const vnx8u* const* s, int outRows, std::int64_t width, vnx16s* const* ev, vnx16s* const* od);
 void ownPyrDownCols_sse2(const vnx8s* const* s, int outRows, std::int64_t width, vnx16s* const* ev, vnx16s* const* od);

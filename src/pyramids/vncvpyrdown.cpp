@@ -1,5 +1,5 @@
 // Gaussian pyramid, down step, in bands of output rows. One 8-bit channel sums the
-// columns of two output rows at a time, then each row along its columns with
+// columns of up to four output rows at a time, then each row along its columns with
 // decimation. 32f and three channels sum each source row horizontally at its even
 // columns into a work row, then five work rows per output row (one 32f channel: two
 // output rows a step, the work rows of the four new source rows in registers), the
@@ -12,22 +12,26 @@
 
 namespace {
 
-// One 8-bit channel: the column sums of two output rows a sweep from seven source rows
-// (2j - 2 .. 2j + 4), an odd last row of the band from five. The band's scratch holds
-// the four column-sum rows, each with a sample of margin on both sides.
+// One 8-bit channel: the column sums of up to four output rows a sweep from the
+// source rows 2j - 2 .. 2j + 2 rows + 2 (a band's last rows take two or one a sweep).
+// The band's scratch holds the column-sum rows, each with a sample of margin on both
+// sides: eight of them, or four for a row narrower than one vector.
+constexpr int kOwnPyrDownSweep = 4;
+inline int ownPyrDownSweep8(int width) { return width >= 16 ? kOwnPyrDownSweep : 2; }
 inline std::int64_t ownPyrDownBand8Bytes(int width) {
   const std::int64_t n = (width >> 1) + (width & 1);
-  return 16 + 4 * ownPyrStride<vnx16s>(n + 2) * 2;
+  return 16 + ownPyrDownSweep8(width) * ownPyrStride<vnx16s>(n + 2) * 2 * std::int64_t{sizeof(vnx16s)};
 }
 template <class T>
 void ownPyrDownBand8(const T* src, int srcStep, vnxiSize roi, T* dst, int dstStep, int j0, int j1, void* scratch) {
   const std::int64_t n = (roi.width >> 1) + (roi.width & 1), stride = ownPyrStride<vnx16s>(n + 2);
+  const int sweep = ownPyrDownSweep8(roi.width);
   vnx16s* base = static_cast<vnx16s*>(scratch) + 8;  // rows start 16-byte aligned after an 8-sample lead
-  vnx16s* ev[2] = {base, base + 2 * stride};
-  vnx16s* od[2] = {base + stride, base + 3 * stride};
+  vnx16s *ev[kOwnPyrDownSweep], *od[kOwnPyrDownSweep];
+  for (int q = 0; q < sweep; ++q) ev[q] = base + 2 * q * stride, od[q] = base + (2 * q + 1) * stride;
   for (int j = j0; j < j1;) {
-    const int rows = j + 1 < j1 ? 2 : 1;
-    const T* s[7];
+    const int rows = j + sweep <= j1 ? sweep : (j + 2 <= j1 ? 2 : 1);
+    const T* s[2 * kOwnPyrDownSweep + 3];
     for (int r = 0; r < 2 * rows + 3; ++r)
       s[r] = ownRow(src, srcStep, static_cast<int>(ownPyrDownIndex(std::int64_t{2} * j - 2 + r, roi.height)));
     ownPyrDownCols_sse2(s, rows, roi.width, ev, od);
