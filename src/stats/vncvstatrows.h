@@ -176,14 +176,14 @@ inline int ownEachLaneVectorPair(const Src& src, const vnx8u* sel, int n, F&& f)
 template <int What, class Src>
 void ownSumsRow_sse2(const Src& src, const vnx8u* sel, int n, ownIntSums& acc) {
   using L = typename Src::Lanes;
-  __m128i s = ownZeroLanes(), q = ownZeroLanes();
-  const int x = ownEachLaneVector(src, sel, n, [&](__m128i v, __m128i k) {
+  __m128i s[2] = {ownZeroLanes(), ownZeroLanes()}, q[2] = {ownZeroLanes(), ownZeroLanes()};
+  const int x = ownEachLaneVectorPair(src, sel, n, [&](auto slot, __m128i v, __m128i k) {
     if (sel) v = ownKeepLanes(k, v);
-    if (What & kOwnSum) s = L::addSum(s, v);
-    if (What & kOwnSq) q = L::addSq(q, v);
+    if (What & kOwnSum) s[slot] = L::addSum(s[slot], v);
+    if (What & kOwnSq) q[slot] = L::addSq(q[slot], v);
   });
-  if (What & kOwnSum) acc.sum += L::flushSum(s);
-  if (What & kOwnSq) acc.sq += L::flushSq(q);
+  if (What & kOwnSum) acc.sum += L::flushSum(s[0]) + L::flushSum(s[1]);
+  if (What & kOwnSq) acc.sq += L::flushSq(q[0]) + L::flushSq(q[1]);
   ownSumsRow<What>(src, sel, x, n, acc);
 }
 
