@@ -39,11 +39,14 @@ template <bool Two, class C1, class C2>
 // Eight row-pass sums from x over the column sums a (term 1) and b (term 2).
 template <class R1, class R2>
 [[gnu::always_inline]] inline __m128i ownRowSums8u(const vnx16s* a, const vnx16s* b, int x) {
+  // one pointer for the taps (int offsets x - k/2 + i would each be widened apart)
+  const vnx16s* at = a + x - R1::k / 2;
   __m128i t[R1::k];
-  for (int i = 0; i < R1::k; ++i) t[i] = ownLoad(a + x - R1::k / 2 + i);
+  for (int i = 0; i < R1::k; ++i) t[i] = ownLoad(at + i);
   __m128i s = R1::dot(t);
   if constexpr (R2::k > 0) {
-    for (int i = 0; i < R1::k; ++i) t[i] = ownLoad(b + x - R1::k / 2 + i);
+    const vnx16s* bt = b + x - R1::k / 2;
+    for (int i = 0; i < R1::k; ++i) t[i] = ownLoad(bt + i);
     s = _mm_add_epi16(s, R2::dot(t));
   }
   return s;
