@@ -241,13 +241,16 @@ struct ownIntegralRows {
                                                       _mm_set1_pd(static_cast<double>(q && head ? q[-1] : valSqr))};
       end += ownIntegralQuads<decltype(withSqr)::value>(src + head, sum + head, sum + head, q, q, w - head, run, copy);
     };
-    using Apart = std::integral_constant<ownSqrStream, ownSqrStream::Apart>;
-    if (!sqrOut) {
-      quads(Apart{}, std::false_type{});
+    // the pixels after the last whole group, then the sum entries no vector took out
+    auto finishSums = [&] {
       ownIntegralRow(src, sum, sum, sqr, sqr, end, w, run);
       std::copy_n(sum, head, out);
       std::copy(sum + end, sum + w, out + end);
-      return;
+    };
+    using Apart = std::integral_constant<ownSqrStream, ownSqrStream::Apart>;
+    if (!sqrOut) {
+      quads(Apart{}, std::false_type{});
+      return finishSums();
     }
     // Apart when no vector goes out
     const ownSqrStream mode = w - head >= 4 ? sqrMode(sqrOut + 1 + head) : ownSqrStream::Apart;
@@ -257,9 +260,7 @@ struct ownIntegralRows {
     if constexpr (sizeof(Q) == 8)
       if (mode == ownSqrStream::Shifted) quads(std::integral_constant<ownSqrStream, ownSqrStream::Shifted>{}, std::true_type{});
     if (mode == ownSqrStream::Apart) quads(Apart{}, std::true_type{});
-    ownIntegralRow(src, sum, sum, sqr, sqr, end, w, run);
-    std::copy_n(sum, head, out);
-    std::copy(sum + end, sum + w, out + end);
+    finishSums();
     if (mode == ownSqrStream::Apart) return ownStreamRow(sqrOut, sqr, w);
     // Shifted: the pairs went one entry earlier, the last computed square is still pending.
     const int lag = mode == ownSqrStream::Shifted ? 1 : 0;

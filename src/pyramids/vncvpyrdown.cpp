@@ -12,8 +12,8 @@
 
 namespace {
 
-// One 8-bit channel: the column sums of up to four output rows a sweep from the
-// source rows 2j - 2 .. 2j + 2 rows + 2 (a band's last rows take two or one a sweep).
+// One 8-bit channel: the column sums of `rows` output rows (up to four) a sweep from
+// the 2 rows + 3 source rows 2j - 2 onwards (a band's last rows take two or one a sweep).
 // The band's scratch holds the column-sum rows, each with a sample of margin on both
 // sides: eight of them, or four for a row narrower than one vector.
 constexpr int kOwnPyrDownSweep = 4;

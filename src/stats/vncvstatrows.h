@@ -137,9 +137,8 @@ void ownSumsRow(const Src& src, const vnx8u* sel, int x0, int n, Sums& acc) {
       if (What & kOwnSq) acc.sq += v * v;
     }
 }
-// Integer kernels walk a run 16 samples at a time: f(v, k) for each vector of
-// lanes with its selector k (unset without a selection); returns the first sample
-// left to the scalar tail.
+// One block of 16 samples from x: f(v, k) for each vector of lanes with its
+// selector k (unset without a selection).
 template <class Src, class F>
 inline void ownLaneBlock(const Src& src, const vnx8u* sel, int x, F&& f) {
   using L = typename Src::Lanes;
@@ -148,6 +147,8 @@ inline void ownLaneBlock(const Src& src, const vnx8u* sel, int x, F&& f) {
   if (sel) L::keep(sel + x, k);
   for (int i = 0; i < kVecs; ++i) f(src.vec(x + i * L::kPerVec), k[i]);
 }
+// Integer kernels walk a run 16 samples at a time, block by block; returns the
+// first sample left to the scalar tail.
 template <class Src, class F>
 inline int ownEachLaneVector(const Src& src, const vnx8u* sel, int n, F&& f) {
   int x = 0;
